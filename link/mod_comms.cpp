@@ -1,0 +1,196 @@
+#include "link/mod_comms.h"
+
+#include <algorithm>
+#include <array>
+
+#include "link/fault.h"
+#include "link/frame_codec.h"
+#include "link/scoped_flag.h"
+#include "link/source_codes.h"
+
+namespace kalde2 {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::string_view kReplyEnd = "\r";
+constexpr char kPacketStart = 'S';
+
+constexpr std::int16_t kAspectAddress = 258;
+constexpr std::int16_t kLockModeAddress = 266;
+
+// Replies of these addresses go to the source that the reply names. 163 is kept per source too but
+// not listed here: it takes the way of `StoreParamValue`. That is intended.
+constexpr std::array<std::int16_t, 15> kStoredUnderReplySource = {
+    138, 182, 183, 184, 185, 186, 187, 188, 193, 197, 198, 199, 208, 222, 223};
+
+/// Address whose controls show a value: overall zoom and shrink move the horizontal ones.
+constexpr std::int16_t ShownAddress(std::int16_t address) {
+  switch (address) {
+    case 135:
+      return 260;
+    case 134:
+      return 259;
+    default:
+      return address;
+  }
+}
+
+/// Software flow control off for the life of a counted transaction.
+class BinaryTransfer {
+ public:
+  explicit BinaryTransfer(SerialPort& port) : port_(port) {
+    port_.SetHandshaking(Handshaking::kRts);
+  }
+  ~BinaryTransfer() { port_.SetHandshaking(Handshaking::kRtsXonXoff); }
+  BinaryTransfer(const BinaryTransfer&) = delete;
+  BinaryTransfer& operator=(const BinaryTransfer&) = delete;
+
+ private:
+  SerialPort& port_;
+};
+
+}  // namespace
+
+CommandLink::CommandLink(SerialPort& port, Clock& clock, ValueStore& values, ReplyDisplay& display,
+                         RefreshTimer& refresh)
+    : port_(port), clock_(clock), values_(values), display_(display), refresh_(refresh) {}
+
+ReplyRecord CommandLink::SendParameter(std::int32_t is_read, std::int16_t source,
+                                       std::int32_t value, std::int16_t address, std::int16_t group,
+                                       std::int16_t index) {
+  comms_busy_ = true;
+  if (!port_.PortOpen()) return {};
+  try {
+    const std::string frame = BuildRequest({is_read != 0, source, value, address, group, index});
+    std::string reply;
+    if (!SendAndReceive(frame, kReplyEnd, reply, kReplyTimeout, true)) return {};
+    if (IsErrorReply(reply)) {
+      last_reply_.Valid = false;
+    } else {
+      ParseReply(reply);
+    }
+  } catch (const Fault&) {
+    // A request that cannot be built is answered with the previous reply.
+  }
+  comms_busy_ = false;
+  return last_reply_;
+}
+
+bool CommandLink::SendAndReceive(std::string_view frame, std::string_view terminator,
+                                 std::string& reply, milliseconds timeout, bool hex) try {
+  const auto is_complete = [&](std::string_view) {
+    if (terminator.empty()) return !reply.empty() && reply.back() == '\0';
+    return reply.find(terminator) != std::string::npos;
+  };
+  (void)port_.Input();
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (frame.empty()) return false;
+    port_.Output(hex ? HexToWire(frame) : std::string(frame));
+    WaitTimer(true, timeout);
+    if (AwaitReply(reply, timeout, is_complete)) return true;
+  }
+  return false;
+} catch (const Fault&) {
+  return false;
+}
+
+bool CommandLink::SendAndReceiveCounted(std::string_view frame, std::string& reply,
+                                        milliseconds timeout, bool hex) try {
+  const BinaryTransfer binary(port_);
+  bool started = false;
+  const auto is_complete = [&](std::string_view chunk) {
+    started = started || chunk.find(kPacketStart) != std::string_view::npos;
+    if (!started) reply.clear();
+    return started && IsCountedReplyComplete(reply);
+  };
+  (void)port_.Input();
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    WaitTimer(true, timeout);
+    if (!frame.empty()) port_.Output(hex ? HexToWire(frame) : std::string(frame));
+    started = false;
+    if (AwaitReply(reply, timeout, is_complete)) return true;
+  }
+  return false;
+} catch (const Fault&) {
+  return false;
+}
+
+/// Collects one attempt's reply. @return false when its deadline passes @throws Fault from the port
+template <typename IsComplete>
+bool CommandLink::AwaitReply(std::string& reply, milliseconds timeout, IsComplete is_complete) {
+  const ScopedFlag waiting(waiting_);
+  reply.clear();
+  while (!WaitTimer(false, timeout)) {
+    const std::string chunk = port_.Input();
+    reply += chunk;
+    if (is_complete(chunk)) return true;
+    if (!chunk.empty()) WaitTimer(true, timeout);
+    clock_.ServeEvents(TimeLeft());
+  }
+  return false;
+}
+
+bool CommandLink::WaitTimer(bool start, milliseconds timeout) {
+  if (start) {
+    deadline_ = MillisecondOfHour() + timeout;
+    return false;
+  }
+  return MillisecondOfHour() >= deadline_;
+}
+
+milliseconds CommandLink::MillisecondOfHour() const {
+  const auto now = clock_.Now().time_since_epoch();
+  return std::chrono::duration_cast<milliseconds>(now % std::chrono::hours(1));
+}
+
+milliseconds CommandLink::TimeLeft() const {
+  return std::max(deadline_ - MillisecondOfHour(), milliseconds{1});
+}
+
+void CommandLink::ParseReply(std::string_view reply) {
+  last_reply_.Valid = false;
+  try {
+    DecodeReply(reply, last_reply_);
+  } catch (const Fault&) {
+    return;
+  }
+  const bool is_parameter =
+      last_reply_.Group == kParameterGroup && last_reply_.Index == kParameterIndex;
+  if (is_parameter && !detection_in_progress_) {
+    ApplyReply(last_reply_);
+  } else {
+    last_reply_.Valid = true;
+  }
+}
+
+void CommandLink::ApplyReply(ReplyRecord& record) {
+  try {
+    StoreReply(record);
+    record.Valid = true;
+    ShowReply(record);
+    refresh_.Enable();
+  } catch (const Fault&) {
+    record.Valid = false;
+  }
+}
+
+void CommandLink::StoreReply(const ReplyRecord& record) {
+  if (std::ranges::find(kStoredUnderReplySource, record.Address) != kStoredUnderReplySource.end()) {
+    values_.SetSourceValue(PerSourceSlot(record.Address), SourceCodeToIndex(record.Source),
+                           record.Value);
+  } else {
+    values_.StoreParamValue(record.Address - kFirstAddress, record.Value);
+  }
+}
+
+void CommandLink::ShowReply(const ReplyRecord& record) {
+  if (record.Address == kLockModeAddress) {
+    display_.ShowLockMode(record.Value);
+    return;
+  }
+  if (record.Address == kAspectAddress) display_.ShowAspectAdjust(record.Value != 0);
+  display_.ShowValue(ShownAddress(record.Address), record.Value);
+}
+
+}  // namespace kalde2

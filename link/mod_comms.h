@@ -1,0 +1,108 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "link/clock.h"
+#include "link/mod_datatypes.h"
+#include "link/reply_display.h"
+#include "link/serial_port.h"
+#include "link/value_store.h"
+
+namespace kalde2 {
+
+/// Read flag of a request; any value but 0 reads.
+inline constexpr std::int32_t kRead = 128;
+inline constexpr std::int32_t kWrite = 0;
+
+/// Silence after which a request is sent again: the unit answers within a few milliseconds, and
+/// even its slowest operations answer well inside a second.
+inline constexpr std::chrono::milliseconds kReplyTimeout{1000};
+
+/// Sends of one request before it is given up.
+inline constexpr int kAttempts = 3;
+
+/// The transactions with the unit. One request is under way at a time; waiting for its reply serves
+/// user-interface events, so that anything may run inside a wait, a nested transaction included:
+/// the deadline and the last reply are shared by all.
+class CommandLink {
+ public:
+  CommandLink(SerialPort& port, Clock& clock, ValueStore& values, ReplyDisplay& display,
+              RefreshTimer& refresh);
+
+  /// One complete transaction.
+  /// @param is_read not 0 for a read; `value` counts for writes only
+  /// @return a record of zeros when the port is closed or the unit stays silent; the last reply
+  ///   otherwise, with `Valid` false for a refusal (its other fields are then the previous reply's)
+  ReplyRecord SendParameter(std::int32_t is_read, std::int16_t source, std::int32_t value,
+                            std::int16_t address, std::int16_t group = kParameterGroup,
+                            std::int16_t index = kParameterIndex);
+
+  /// Sends a frame and collects the reply until it holds the terminator (with an empty terminator:
+  /// until it ends with the character 0). Up to three sends; characters that arrive restart the
+  /// time-out.
+  /// @param hex the frame is hex text, two digits a character
+  /// @return false after the last time-out, for an empty frame and on a fault
+  [[nodiscard]] bool SendAndReceive(std::string_view frame, std::string_view terminator,
+                                    std::string& reply, std::chrono::milliseconds timeout,
+                                    bool hex);
+
+  /// As `SendAndReceive` for replies that begin with "S" and a length byte; what arrives before
+  /// the "S" is dropped. With an empty frame it only listens. Software flow control is suspended
+  /// meanwhile: it would swallow the bytes 0x11 and 0x13 of a packet.
+  [[nodiscard]] bool SendAndReceiveCounted(std::string_view frame, std::string& reply,
+                                           std::chrono::milliseconds timeout, bool hex);
+
+  /// Starts the shared deadline (result false) or tells whether it has passed. Milliseconds are
+  /// counted within the hour: a deadline set within the last time-out of an hour is never reached,
+  /// and the wait then ends only with the reply. That is intended.
+  bool WaitTimer(bool start, std::chrono::milliseconds timeout);
+
+  /// Decodes a reply into `LastReply`, then applies it, or marks it valid and leaves it to the
+  /// caller during detection and for other groups than the parameters'.
+  void ParseReply(std::string_view reply);
+
+  /// Stores a decoded value and shows it in the window. `Valid` tells whether that went through.
+  void ApplyReply(ReplyRecord& record);
+
+  [[nodiscard]] const ReplyRecord& LastReply() const { return last_reply_; }
+
+  /// True while a transaction owns the port; the receive event ignores input then. It stays raised
+  /// after a time-out and on a closed port, until a transaction is answered.
+  [[nodiscard]] bool CommsBusy() const { return comms_busy_; }
+  void SetCommsBusy(bool busy) { comms_busy_ = busy; }
+
+  /// Raised during detection and the reading of the connectivity: replies are not applied then.
+  [[nodiscard]] bool DetectionInProgress() const { return detection_in_progress_; }
+  void SetDetectionInProgress(bool on) { detection_in_progress_ = on; }
+
+  /// True inside the wait of a transaction, whatever became of `CommsBusy`.
+  [[nodiscard]] bool IsWaiting() const { return waiting_; }
+
+  [[nodiscard]] bool PortOpen() const { return port_.PortOpen(); }
+
+ private:
+  using Milliseconds = std::chrono::milliseconds;
+
+  [[nodiscard]] Milliseconds MillisecondOfHour() const;
+  [[nodiscard]] Milliseconds TimeLeft() const;
+  template <typename IsComplete>
+  [[nodiscard]] bool AwaitReply(std::string& reply, Milliseconds timeout, IsComplete is_complete);
+  void StoreReply(const ReplyRecord& record);
+  void ShowReply(const ReplyRecord& record);
+
+  SerialPort& port_;
+  Clock& clock_;
+  ValueStore& values_;
+  ReplyDisplay& display_;
+  RefreshTimer& refresh_;
+  ReplyRecord last_reply_;
+  Milliseconds deadline_{0};
+  bool comms_busy_ = false;
+  bool detection_in_progress_ = false;
+  bool waiting_ = false;
+};
+
+}  // namespace kalde2
