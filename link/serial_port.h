@@ -21,6 +21,19 @@ struct PortSetup {
   std::int16_t comm_port = 1;  ///< port number as the operator knows it
 };
 
+/// Who wants to know what happens on the port while no call waits for it.
+class PortListener {
+ public:
+  virtual ~PortListener() = default;
+
+  /// The receive event: characters may be waiting.
+  virtual void MSComm1_OnComm() = 0;
+
+  /// The line went away. The port is closed already; this comes once, never from within a call.
+  /// @param reason the system's description
+  virtual void PortLost(const std::string& reason) = 0;
+};
+
 /// The serial port `MSComm1`. What cannot be sent or received because the port is closed or fails
 /// is a Fault; that opening fails is an outcome.
 class SerialPort {
@@ -43,6 +56,15 @@ class SerialPort {
 
   /// Changes the flow control of the open port; a closed port is left alone.
   virtual void SetHandshaking(Handshaking handshaking) = 0;
+
+  /// The one listener, nullptr for none; it must outlive the port or be taken away before.
+  void SetListener(PortListener* listener) { listener_ = listener; }
+
+ protected:
+  [[nodiscard]] PortListener* Listener() const { return listener_; }
+
+ private:
+  PortListener* listener_ = nullptr;
 };
 
 }  // namespace kalde2
