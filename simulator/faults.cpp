@@ -1,0 +1,229 @@
+#include "simulator/faults.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "simulator/unit_frames.h"
+
+namespace kalde2 {
+namespace {
+
+// Bytes that a noisy line makes: none of them starts or ends a frame or controls the flow.
+constexpr std::string_view kNoise = "\x80~#\xFE?";
+constexpr char kXon = 0x11;
+constexpr char kXoff = 0x13;
+
+constexpr std::size_t kPacketHeader = 2;
+constexpr std::size_t kLowAddressDigit = 10;
+constexpr std::size_t kFrameTail = 3;  // checksum and "\r"
+
+bool IsFrame(std::string_view reply) {
+  return reply.starts_with('F');
+}
+
+/// The same frame for the neighbouring address, with a checksum that is right.
+std::string WithWrongAddress(std::string frame) {
+  if (!IsFrame(frame) || frame.size() <= kLowAddressDigit + kFrameTail) return frame;
+  char& digit = frame[kLowAddressDigit];
+  digit = digit == 'F' ? 'E' : digit == '9' ? 'A' : static_cast<char>(digit + 1);
+  frame.resize(frame.size() - kFrameTail);
+  return frame + BodyChecksum(std::string_view(frame).substr(1)) + kFrameEnd;
+}
+
+std::string ShortFrame(std::string frame, int length) {
+  const auto kept = static_cast<std::size_t>(std::max(length, 1)) - 1;
+  if (!IsFrame(frame) || frame.size() <= kept + 1) return frame;
+  frame.resize(kept);
+  return frame + kFrameEnd;
+}
+
+/// A packet that is complete by its own length byte, and lacks its last fields.
+std::string ShortPacket(std::string packet, int length) {
+  const auto kept = std::max(static_cast<std::size_t>(std::max(length, 0)), kPacketHeader + 1);
+  if (IsFrame(packet) || packet.size() <= kept) return packet;
+  packet.resize(kept);
+  packet[1] = static_cast<char>(kept - kPacketHeader);
+  return packet;
+}
+
+void InsertInMiddle(std::string& reply, std::string_view bytes) {
+  reply.insert(reply.size() / 2, bytes);
+}
+
+const FaultInfo* FindInfo(std::string_view name) {
+  const auto found = std::find_if(kFaults.begin(), kFaults.end(),
+                                  [&](const FaultInfo& info) { return info.name == name; });
+  return found == kFaults.end() ? nullptr : &*found;
+}
+
+std::string FullName(const FaultInfo& info) {
+  return std::string(info.name) + std::string(info.parameters);
+}
+
+std::size_t MostNumbers(const FaultInfo& info) {
+  if (info.parameters.empty()) return 0;
+  return 1 + static_cast<std::size_t>(std::ranges::count(info.parameters, ','));
+}
+
+bool NamesAnAddress(const FaultInfo& info) {
+  return info.parameters == "=ADDRESS";
+}
+
+}  // namespace
+
+std::optional<int> ReadNumber(std::string_view text) {
+  const bool is_hex = text.starts_with("0x") || text.starts_with("0X");
+  if (is_hex) text.remove_prefix(2);
+  int number = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number, is_hex ? 16 : 10);
+  if (error != std::errc() || stop != end || (is_hex && number < 0)) return std::nullopt;
+  return number;
+}
+
+std::string FaultHelp() {
+  constexpr std::size_t kNameWidth = 24;
+  std::string text;
+  for (const FaultInfo& info : kFaults) {
+    std::string name = FullName(info);
+    name.resize(std::max(kNameWidth, name.size() + 1), ' ');
+    text += "  " + name + std::string(info.description) + '\n';
+  }
+  return text;
+}
+
+std::optional<std::string> FaultPlan::Add(std::string_view text) {
+  if (text == "none") {
+    Clear();
+    return std::nullopt;
+  }
+  const std::string_view name = text.substr(0, text.find('='));
+  const FaultInfo* info = FindInfo(name);
+  if (info == nullptr) return "there is no fault \"" + std::string(name) + '"';
+  ActiveFault fault{info, info->defaults};
+  std::string_view rest = text.substr(name.size());
+  std::size_t given = 0;
+  while (!rest.empty()) {
+    rest.remove_prefix(1);
+    const std::string_view word = rest.substr(0, rest.find(','));
+    const std::optional<int> number = ReadNumber(word);
+    if (given == MostNumbers(*info) || !number || *number < 1) return "use " + FullName(*info);
+    fault.numbers[given++] = *number;
+    rest.remove_prefix(word.size());
+  }
+  if (given < info->required) return "use " + FullName(*info);
+  if (!NamesAnAddress(*info)) {
+    std::erase_if(active_, [&](const ActiveFault& active) { return active.info == info; });
+  }
+  active_.push_back(fault);
+  return std::nullopt;
+}
+
+const FaultPlan::ActiveFault* FaultPlan::Find(FaultKind kind) const {
+  const auto found = std::find_if(active_.begin(), active_.end(), [&](const ActiveFault& fault) {
+    return fault.info->kind == kind;
+  });
+  return found == active_.end() ? nullptr : &*found;
+}
+
+bool FaultPlan::Concerns(FaultKind kind, int address) const {
+  return std::any_of(active_.begin(), active_.end(), [&](const ActiveFault& fault) {
+    return fault.info->kind == kind && fault.numbers[0] == address;
+  });
+}
+
+bool FaultPlan::Use(FaultKind kind) {
+  const ActiveFault* fault = Find(kind);
+  if (fault == nullptr) return false;
+  const bool is_counted = fault->numbers[0] != kForever;
+  if (is_counted) CountDown(kind);
+  return true;
+}
+
+bool FaultPlan::CountDown(FaultKind kind) {
+  const auto fault = std::find_if(active_.begin(), active_.end(), [&](const ActiveFault& active) {
+    return active.info->kind == kind;
+  });
+  if (fault == active_.end()) return false;
+  if (--fault->numbers[0] > 0) return false;
+  active_.erase(fault);
+  return true;
+}
+
+bool FaultPlan::Suppresses(int address) {
+  return Find(FaultKind::kSilent) != nullptr || Use(FaultKind::kSilentFor) ||
+         Concerns(FaultKind::kIgnore, address);
+}
+
+std::string FaultPlan::Distort(std::string reply, int address) {
+  if (Concerns(FaultKind::kRefuse, address) || Use(FaultKind::kErrorReply)) reply = kErrorReply;
+  if (Find(FaultKind::kWrongAddress)) reply = WithWrongAddress(std::move(reply));
+  if (const auto* fault = Find(FaultKind::kShortFrame)) {
+    reply = ShortFrame(std::move(reply), fault->numbers[0]);
+  }
+  if (const auto* fault = Find(FaultKind::kShortPacket)) {
+    reply = ShortPacket(std::move(reply), fault->numbers[0]);
+  }
+  if (Find(FaultKind::kNoiseInside)) InsertInMiddle(reply, kNoise);
+  if (Find(FaultKind::kNoiseBefore)) reply.insert(0, kNoise);
+  if (Find(FaultKind::kNoiseAfter)) reply += kNoise;
+  if (Find(FaultKind::kFlowBytes)) {
+    InsertInMiddle(reply, {&kXon, 1});
+    reply.insert(reply.begin(), kXoff);
+  }
+  if (Find(FaultKind::kStrayXoff)) reply += kXoff;
+  return reply;
+}
+
+std::vector<LineAction> FaultPlan::Schedule(const std::string& reply) const {
+  const ActiveFault* late = Find(FaultKind::kLate);
+  std::chrono::milliseconds after(late != nullptr ? late->numbers[0] : 0);
+  const ActiveFault* split = Find(FaultKind::kSplit);
+  if (split == nullptr) return {{after, reply}};
+  const auto pieces = std::min(static_cast<std::size_t>(split->numbers[1]), reply.size());
+  std::vector<LineAction> actions;
+  for (std::size_t i = 0; i < pieces; ++i) {
+    const std::size_t begin = reply.size() * i / pieces;
+    const std::size_t end = reply.size() * (i + 1) / pieces;
+    actions.push_back({after, reply.substr(begin, end - begin)});
+    after += std::chrono::milliseconds(split->numbers[0]);
+  }
+  return actions;
+}
+
+std::vector<LineAction> FaultPlan::Deliver(std::string reply, int address) {
+  const LineAction hang_up{std::chrono::milliseconds(0), {}, true};
+  if (CountDown(FaultKind::kHangUpBefore)) return {hang_up};
+  const bool ends_during = CountDown(FaultKind::kHangUpDuring);
+  const bool ends_after = CountDown(FaultKind::kHangUpAfter);
+  std::vector<LineAction> actions;
+  if (!Suppresses(address)) {
+    reply = Distort(std::move(reply), address);
+    if (ends_during) reply.resize(reply.size() / 2);
+    actions = Schedule(reply);
+  }
+  if (ends_during || ends_after) {
+    actions.push_back(hang_up);
+    if (actions.size() > 1) actions.back().after = actions[actions.size() - 2].after;
+  }
+  return actions;
+}
+
+std::optional<std::chrono::microseconds> FaultPlan::UnaskedPeriod() const {
+  const ActiveFault* fault = Find(FaultKind::kUnasked);
+  if (fault == nullptr) return std::nullopt;
+  return std::chrono::microseconds(std::chrono::seconds(1)) / fault->numbers[0];
+}
+
+std::string FaultPlan::Describe() const {
+  if (active_.empty()) return "none";
+  std::string text;
+  for (const ActiveFault& fault : active_) {
+    if (!text.empty()) text += '\n';
+    text += fault.info->name;
+    if (!fault.info->parameters.empty()) text += '=' + std::to_string(fault.numbers[0]);
+  }
+  return text;
+}
+
+}  // namespace kalde2

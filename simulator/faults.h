@@ -1,0 +1,125 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kalde2 {
+
+/// Something that the unit does on its line, `after` the arrival of the request.
+struct LineAction {
+  std::chrono::milliseconds after{0};
+  std::string bytes;     ///< sent in one piece
+  bool hang_up = false;  ///< the line goes away instead
+};
+
+/// Ways in which a unit or its line misbehaves.
+enum class FaultKind {
+  kSilent,
+  kSilentFor,
+  kIgnore,
+  kLate,
+  kSplit,
+  kNoiseBefore,
+  kNoiseInside,
+  kNoiseAfter,
+  kErrorReply,
+  kRefuse,
+  kShortFrame,
+  kShortPacket,
+  kWrongAddress,
+  kFlowBytes,
+  kStrayXoff,
+  kUnasked,
+  kHangUpBefore,
+  kHangUpDuring,
+  kHangUpAfter,
+};
+
+struct FaultInfo {
+  FaultKind kind;
+  std::string_view name;
+  std::string_view parameters;  ///< as they are written behind the name, empty when there are none
+  std::size_t required;         ///< numbers that must be given
+  std::array<int, 2> defaults;  ///< for the numbers that are left out; kForever: without end
+  std::string_view description;
+};
+
+/// A fault that has no count of its own stays until it is cleared.
+inline constexpr int kForever = 0;
+
+inline constexpr std::array kFaults = std::to_array<FaultInfo>({
+    {FaultKind::kSilent, "silent", "", 0, {}, "answers nothing"},
+    {FaultKind::kSilentFor, "silent-for", "=N", 1, {}, "answers nothing to the next N sends"},
+    {FaultKind::kIgnore, "ignore", "=ADDRESS", 1, {}, "answers nothing about one parameter"},
+    {FaultKind::kLate, "late", "=MS", 1, {}, "answers MS milliseconds late"},
+    {FaultKind::kSplit, "split", "=MS[,PIECES]", 1, {0, 2}, "sends a reply in pieces MS apart"},
+    {FaultKind::kNoiseBefore, "noise-before", "", 0, {}, "sends junk ahead of a reply"},
+    {FaultKind::kNoiseInside, "noise-inside", "", 0, {}, "sends junk in the middle of a reply"},
+    {FaultKind::kNoiseAfter, "noise-after", "", 0, {}, "sends junk behind a reply"},
+    {FaultKind::kErrorReply, "error-reply", "[=N]", 0, {kForever}, "refuses the next N requests"},
+    {FaultKind::kRefuse, "refuse", "=ADDRESS", 1, {}, "refuses requests for one parameter"},
+    {FaultKind::kShortFrame, "short-frame", "[=LENGTH]", 0, {6}, "cuts frames to LENGTH with \\r"},
+    {FaultKind::kShortPacket, "short-packet", "[=LENGTH]", 0, {20}, "shortens packets to LENGTH"},
+    {FaultKind::kWrongAddress, "wrong-address", "", 0, {}, "answers with the next address"},
+    {FaultKind::kFlowBytes, "flow-bytes", "", 0, {}, "puts 0x13 ahead of, 0x11 inside a reply"},
+    {FaultKind::kStrayXoff, "stray-xoff", "", 0, {}, "sends 0x13 behind a reply and no 0x11"},
+    {FaultKind::kUnasked, "unasked", "=RATE", 1, {}, "sends RATE frames a second unasked"},
+    {FaultKind::kHangUpBefore, "hang-up-before", "=N", 1, {}, "line goes at the N-th request"},
+    {FaultKind::kHangUpDuring, "hang-up-during", "=N", 1, {}, "line goes in the N-th reply"},
+    {FaultKind::kHangUpAfter, "hang-up-after", "=N", 1, {}, "line goes after the N-th reply"},
+});
+
+/// The faults in force. They combine: a late reply can be split and carry noise. Counts run from
+/// the moment the fault is added; a fault that has run out is gone.
+class FaultPlan {
+ public:
+  /// Adds the fault described by NAME[=NUMBER[,NUMBER]], or clears all of them for "none". A fault
+  /// that is in force already is replaced, except that several addresses may be named. Numbers are
+  /// decimal or, after 0x, hex.
+  /// @return what is wrong with the text; nothing when the fault is in force
+  [[nodiscard]] std::optional<std::string> Add(std::string_view text);
+
+  void Clear() { active_.clear(); }
+
+  /// What becomes of a reply: nothing, the reply, or what the faults make of it. Call it once for
+  /// each request, in order.
+  /// @param address address that the request names, -1 for a slot query
+  [[nodiscard]] std::vector<LineAction> Deliver(std::string reply, int address);
+
+  /// Time between two unasked frames, or nothing when there are none to send.
+  [[nodiscard]] std::optional<std::chrono::microseconds> UnaskedPeriod() const;
+
+  /// The faults in force, one a line, or "none".
+  [[nodiscard]] std::string Describe() const;
+
+ private:
+  struct ActiveFault {
+    const FaultInfo* info = nullptr;
+    std::array<int, 2> numbers{};
+  };
+
+  [[nodiscard]] const ActiveFault* Find(FaultKind kind) const;
+  [[nodiscard]] bool Concerns(FaultKind kind, int address) const;
+  /// True when the fault is in force; counts one of its uses.
+  bool Use(FaultKind kind);
+  /// True when this request is the one that the counted fault waits for.
+  bool CountDown(FaultKind kind);
+  [[nodiscard]] bool Suppresses(int address);
+  [[nodiscard]] std::string Distort(std::string reply, int address);
+  [[nodiscard]] std::vector<LineAction> Schedule(const std::string& reply) const;
+
+  std::vector<ActiveFault> active_;
+};
+
+/// A whole number, decimal or in hex after 0x, with nothing else in the text.
+[[nodiscard]] std::optional<int> ReadNumber(std::string_view text);
+
+/// All faults with their parameters and descriptions, one a line, for help texts.
+[[nodiscard]] std::string FaultHelp();
+
+}  // namespace kalde2

@@ -1,0 +1,145 @@
+// kalde2-unit: a simulated unit on a pseudo-terminal.
+
+#include <unistd.h>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QStandardPaths>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+
+#include "simulator/faults.h"
+#include "simulator/stop_signal.h"
+#include "simulator/unit_loop.h"
+
+namespace {
+
+using kalde2::LoopOptions;
+using kalde2::UnitOptions;
+
+struct Settings {
+  UnitOptions unit;
+  LoopOptions loop;
+  std::vector<std::string> faults;
+};
+
+void DefineOptions(QCommandLineParser& parser) {
+  parser.setApplicationDescription(
+      "A simulated unit on a pseudo-terminal, linked as a port of the control panel.\n"
+      "Type help on its standard input for its front panel.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOptions({
+      {"port", "Port number that stands for the unit (default 1).", "NUMBER", "1"},
+      {"type", "Product type, any number (default 35).", "NUMBER", "35"},
+      {"sources", "Fitted sources, or none (default 16,17,48,64,80).", "LIST", "16,17,48,64,80"},
+      {"baud", "Rate of the line; without it any rate will do and nothing is paced.", "RATE", "0"},
+      {"latency", "Time from a request to its reply (default 0).", "MS", "0"},
+      {"autoset-reads", "Status reads that autoset stays busy for (default 3).", "COUNT", "3"},
+      {"resolutions", "Count (0..255) of built-in resolutions, or a resolution data file.",
+       "COUNT|FILE", QString::number(kalde2::kFactoryResolutionSlots)},
+      {"fault", "A fault, may be repeated:\n" + QString::fromStdString(kalde2::FaultHelp()),
+       "NAME[=NUMBERS]"},
+      {"quiet", "Print no line for each frame."},
+  });
+}
+
+/// Reads the options of the command line; the first that is wrong ends the reading.
+class SettingsReader {
+ public:
+  explicit SettingsReader(const QCommandLineParser& parser) : parser_(parser) {}
+
+  std::optional<Settings> Read() {
+    Settings settings;
+    settings.loop.port = Number("port", 0, 32767);
+    settings.loop.baud = Number("baud", 0, 4'000'000);
+    settings.loop.quiet = parser_.isSet("quiet");
+    settings.loop.link_folder =
+        (QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/KALDE2")
+            .toStdString();
+    settings.unit.product_type = Number("type", -0x800000, 0x7FFFFF);
+    settings.unit.latency = std::chrono::milliseconds(Number("latency", 0, 600'000));
+    settings.unit.autoset_reads = Number("autoset-reads", 0, 1'000'000);
+    ReadSources(settings.unit);
+    ReadResolutions(settings.unit);
+    for (const QString& fault : parser_.values("fault")) {
+      settings.faults.push_back(fault.toStdString());
+    }
+    if (!problem_.empty()) return std::nullopt;
+    return settings;
+  }
+
+  [[nodiscard]] const std::string& Problem() const { return problem_; }
+
+ private:
+  int NumberIn(const QString& text, const QString& option, int least, int most) {
+    const std::optional<int> number = kalde2::ReadNumber(text.trimmed().toStdString());
+    if (number && *number >= least && *number <= most) return *number;
+    Complain(QString("--%1 takes %2..%3, not \"%4\"").arg(option).arg(least).arg(most).arg(text));
+    return least;
+  }
+
+  int Number(const QString& option, int least, int most) {
+    return NumberIn(parser_.value(option), option, least, most);
+  }
+
+  void ReadSources(UnitOptions& unit) {
+    unit.fitted_sources.clear();
+    const QString list = parser_.value("sources");
+    if (list == "none") return;
+    for (const QString& word : list.split(',')) {
+      unit.fitted_sources.push_back(NumberIn(word, "sources", 0, kalde2::kSourceCodes - 1));
+    }
+  }
+
+  void ReadResolutions(UnitOptions& unit) {
+    const std::string text = parser_.value("resolutions").toStdString();
+    if (const std::optional<int> count = kalde2::ReadNumber(text)) {
+      unit.resolutions =
+          kalde2::BuiltInResolutions(Number("resolutions", 0, kalde2::kMaxResolutionSlots));
+      return;
+    }
+    kalde2::ResolutionReading reading = kalde2::ReadResolutionSlots(text);
+    if (!reading.problem.empty()) Complain(QString::fromStdString(reading.problem));
+    unit.resolutions = std::move(reading.resolutions);
+  }
+
+  void Complain(const QString& problem) {
+    if (problem_.empty()) problem_ = problem.toStdString();
+  }
+
+  const QCommandLineParser& parser_;
+  std::string problem_;
+};
+
+int Fail(const std::string& problem) {
+  std::cerr << "kalde2-unit: " << problem << '\n';
+  return EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  QCoreApplication application(argc, argv);
+  QCoreApplication::setApplicationName("kalde2-unit");
+  QCoreApplication::setApplicationVersion(KALDE2_VERSION);
+  QCommandLineParser parser;
+  DefineOptions(parser);
+  parser.process(application);
+  if (!parser.positionalArguments().isEmpty()) return Fail("takes options only; see --help");
+
+  SettingsReader reader(parser);
+  const std::optional<Settings> settings = reader.Read();
+  if (!settings) return Fail(reader.Problem());
+
+  const kalde2::StopSignal stop_signal;
+  kalde2::UnitLoop loop(settings->unit, settings->loop,
+                        [](const std::string& line) { std::cout << line << std::endl; });
+  for (const std::string& fault : settings->faults) {
+    if (const auto problem = loop.Unit().Faults().Add(fault)) return Fail(*problem);
+  }
+  if (const auto problem = loop.Plug()) return Fail(*problem);
+  loop.Run(stop_signal.Descriptor(), STDIN_FILENO);
+  return EXIT_SUCCESS;
+}

@@ -1,0 +1,43 @@
+#include "simulator/port_link.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace kalde2 {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string TakenProblem(const fs::path& path, int number) {
+  std::error_code error;
+  const fs::path device = fs::read_symlink(path, error);
+  const std::string target = error ? "something else" : device.string();
+  const bool is_dangling = !error && !fs::exists(device, error);
+  return "port " + std::to_string(number) + " is taken: " + path.string() + " stands for " +
+         target + (is_dangling ? ", which is gone" : "") + "; if no unit uses it, remove it: rm '" +
+         path.string() + "'";
+}
+
+}  // namespace
+
+PortLink::Making PortLink::Make(const std::string& folder, int number, const std::string& device) {
+  const fs::path ports = fs::path(folder) / "ports";
+  const fs::path path = ports / std::to_string(number);
+  std::error_code error;
+  fs::create_directories(ports, error);
+  if (error) return {nullptr, "cannot make " + ports.string() + ": " + error.message()};
+  fs::create_symlink(device, path, error);
+  if (error == std::errc::file_exists) return {nullptr, TakenProblem(path, number)};
+  if (error) return {nullptr, "cannot make " + path.string() + ": " + error.message()};
+  return {std::make_unique<PortLink>(path.string(), device), {}};
+}
+
+PortLink::PortLink(std::string path, std::string device)
+    : path_(std::move(path)), device_(std::move(device)) {}
+
+PortLink::~PortLink() {
+  std::error_code error;
+  if (fs::read_symlink(path_, error) == device_) fs::remove(path_, error);
+}
+
+}  // namespace kalde2

@@ -1,0 +1,256 @@
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
+
+#include "simulator/unit_loop.h"
+
+namespace kalde2 {
+namespace {
+
+// A panel sends a request in one go; a pause this long means that the rest of it was lost.
+constexpr std::chrono::milliseconds kRequestPause(500);
+
+constexpr std::string_view kFromPanel = "<-";
+constexpr std::string_view kToPanel = "->";
+
+std::string TimeOfDay() {
+  const auto now = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+  const auto since_epoch = std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch());
+  std::tm local{};
+  localtime_r(&seconds, &local);
+  char text[32];
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min, local.tm_sec,
+                static_cast<int>(since_epoch.count() % 1000));
+  return text;
+}
+
+void Earlier(std::optional<PacedQueue::Clock::time_point>& due,
+             const std::optional<PacedQueue::Clock::time_point>& other) {
+  if (other && (!due || *other < *due)) due = other;
+}
+
+}  // namespace
+
+UnitLoop::UnitLoop(UnitOptions unit, LoopOptions options, Print print)
+    : options_(std::move(options)),
+      print_(std::move(print)),
+      unit_(std::move(unit),
+            [this](std::string_view bytes, const std::string& meaning, bool is_problem) {
+              PrintFrame(kFromPanel, bytes, is_problem ? "WRONG: " + meaning : meaning);
+            }),
+      front_panel_(unit_),
+      received_(options_.baud),
+      sending_(options_.baud) {}
+
+// ---------------------------------------------------------------------------------------------
+// The line.
+
+std::optional<std::string> UnitLoop::Plug() {
+  PseudoTerminal::Opening opening = PseudoTerminal::Open();
+  if (!opening.terminal) return opening.problem;
+  PortLink::Making making =
+      PortLink::Make(options_.link_folder, options_.port, opening.terminal->Device());
+  if (!making.link) return making.problem;
+  terminal_ = std::move(opening.terminal);
+  link_ = std::move(making.link);
+  print_("ready: port " + std::to_string(options_.port) + " is " + terminal_->Device());
+  return std::nullopt;
+}
+
+void UnitLoop::Unplug() {
+  if (!terminal_) return;
+  Flush(Clock::now());
+  link_.reset();
+  terminal_.reset();
+  received_.Clear();
+  sending_.Clear();
+  actions_.clear();
+  unit_.DropPartialRequest();
+  print_("hung up: port " + std::to_string(options_.port) + " is gone");
+}
+
+void UnitLoop::Replug() {
+  Unplug();
+  if (const std::optional<std::string> problem = Plug()) print_(*problem);
+}
+
+void UnitLoop::SetBaud(int baud) {
+  options_.baud = baud;
+  received_.SetBaud(baud);
+  sending_.SetBaud(baud);
+}
+
+bool UnitLoop::PanelHasOtherRate() const {
+  return options_.baud != 0 && terminal_->PanelBaud() != options_.baud;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Waiting.
+
+void UnitLoop::Run(int stop, int commands) {
+  constexpr int kIgnored = -1;
+  while (is_running_) {
+    std::array<pollfd, 3> waits = {{
+        {stop, POLLIN, 0},
+        {commands_ended_ ? kIgnored : commands, POLLIN, 0},
+        {terminal_ ? terminal_->Descriptor() : kIgnored, POLLIN, 0},
+    }};
+    poll(waits.data(), waits.size(), PollTimeout());
+    if (waits[0].revents != 0) return;
+    if (waits[2].revents != 0) ReadLine();
+    if (waits[1].revents != 0) ReadCommands(commands);
+    ServeDue();
+  }
+}
+
+std::optional<UnitLoop::Clock::time_point> UnitLoop::NextDue() const {
+  std::optional<Clock::time_point> due = next_unasked_;
+  if (!actions_.empty()) Earlier(due, actions_.begin()->first);
+  Earlier(due, received_.NextDue());
+  Earlier(due, sending_.NextDue());
+  Earlier(due, partial_request_ends_);
+  return due;
+}
+
+int UnitLoop::PollTimeout() const {
+  constexpr int kForEver = -1;
+  const std::optional<Clock::time_point> due = NextDue();
+  if (!due) return kForEver;
+  const auto wait = std::chrono::ceil<std::chrono::milliseconds>(*due - Clock::now());
+  return static_cast<int>(std::clamp<std::int64_t>(wait.count(), 0, 60'000));
+}
+
+// ---------------------------------------------------------------------------------------------
+// What arrives.
+
+void UnitLoop::ReadLine() {
+  const std::string bytes = terminal_->Read();
+  if (bytes.empty()) return;
+  if (PanelHasOtherRate()) {
+    PrintFrame(kFromPanel, bytes,
+               "not understood: the panel runs at " + std::to_string(terminal_->PanelBaud()) +
+                   " baud, the unit at " + std::to_string(options_.baud));
+    return;
+  }
+  received_.Put(bytes, Clock::now());
+}
+
+void UnitLoop::ReadCommands(int commands) {
+  std::array<char, 1024> buffer;
+  const ssize_t count = read(commands, buffer.data(), buffer.size());
+  if (count <= 0) {
+    commands_ended_ = true;
+    return;
+  }
+  command_line_.append(buffer.data(), static_cast<std::size_t>(count));
+  for (std::size_t end; (end = command_line_.find('\n')) != std::string::npos;) {
+    const std::string command = command_line_.substr(0, end);
+    command_line_.erase(0, end + 1);
+    Execute(command);
+  }
+}
+
+void UnitLoop::Execute(std::string_view command) {
+  const FrontPanelResult result = front_panel_.Execute(command);
+  if (!result.text.empty()) print_(result.text);
+  if (!result.frame.empty()) Act({{}, result.frame}, Clock::now());
+  switch (result.order) {
+    case LineOrder::kNone:
+      break;
+    case LineOrder::kSetBaud:
+      SetBaud(result.baud);
+      break;
+    case LineOrder::kHangUp:
+      Unplug();
+      break;
+    case LineOrder::kReplug:
+      Replug();
+      break;
+    case LineOrder::kQuit:
+      is_running_ = false;
+      break;
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// What is due.
+
+void UnitLoop::ServeDue() {
+  const Clock::time_point now = Clock::now();
+  ServeReceived(now);
+  ServeActions(now);
+  ServeUnasked(now);
+  if (terminal_) Flush(now);
+}
+
+void UnitLoop::ServeReceived(Clock::time_point now) {
+  const std::string bytes = received_.Take(now);
+  if (!bytes.empty()) {
+    for (LineAction& action : unit_.Receive(bytes)) {
+      const Clock::time_point due = now + action.after;
+      actions_.emplace(due, std::move(action));
+    }
+    partial_request_ends_.reset();
+    if (unit_.HasPartialRequest()) partial_request_ends_ = now + kRequestPause;
+  }
+  if (partial_request_ends_ && *partial_request_ends_ <= now) {
+    unit_.DropPartialRequest();
+    partial_request_ends_.reset();
+  }
+}
+
+void UnitLoop::ServeActions(Clock::time_point now) {
+  while (!actions_.empty() && actions_.begin()->first <= now) {
+    const LineAction action = std::move(actions_.begin()->second);
+    actions_.erase(actions_.begin());
+    Act(action, now);
+  }
+}
+
+void UnitLoop::ServeUnasked(Clock::time_point now) {
+  const std::optional<std::chrono::microseconds> period = unit_.Faults().UnaskedPeriod();
+  if (!period || !terminal_) {
+    next_unasked_.reset();
+    return;
+  }
+  if (!next_unasked_) next_unasked_ = now + *period;
+  while (*next_unasked_ <= now) {
+    Act({{}, unit_.NextUnaskedFrame()}, now);
+    *next_unasked_ += *period;
+  }
+}
+
+void UnitLoop::Act(const LineAction& action, Clock::time_point now) {
+  if (action.hang_up) {
+    Unplug();
+    return;
+  }
+  Send(action.bytes, now);
+}
+
+void UnitLoop::Send(std::string_view bytes, Clock::time_point now) {
+  if (!terminal_) return;
+  if (PanelHasOtherRate()) return;
+  PrintFrame(kToPanel, bytes, unit_.DescribeReply(bytes));
+  sending_.Put(bytes, now);
+}
+
+void UnitLoop::Flush(Clock::time_point now) {
+  const std::string bytes = sending_.Take(now);
+  if (!bytes.empty() && !terminal_->Write(bytes)) {
+    print_("the panel does not read: characters lost");
+  }
+}
+
+void UnitLoop::PrintFrame(std::string_view direction, std::string_view bytes,
+                          const std::string& meaning) {
+  if (options_.quiet) return;
+  print_(TimeOfDay() + ' ' + std::string(direction) + ' ' + Printable(bytes) + "  " + meaning);
+}
+
+}  // namespace kalde2
