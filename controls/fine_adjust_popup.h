@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QFrame>
+
+class QDoubleSpinBox;
+
+namespace kalde2 {
+
+/// A small pop-up with a spin box that adjusts a value one step at a time. Every step takes effect
+/// at once. Enter, or a click elsewhere, keeps the value and closes; Esc puts the value back that
+/// stood there at opening and closes.
+class FineAdjustPopup : public QFrame {
+  Q_OBJECT
+
+ public:
+  /// What is adjusted: an integer in `min`..`max`, shown divided by ten to the power of `decimals`.
+  struct Subject {
+    int min;
+    int max;
+    int value;
+    int decimals;
+    QString name;  ///< what screen readers call the spin box
+  };
+
+  explicit FineAdjustPopup(QWidget* parent);
+
+  /// Opens the pop-up with its top centre at `position` (in screen coordinates), moved as far as
+  /// needed to lie on `parentWidget()`'s screen.
+  void Open(const Subject& subject, const QPoint& position);
+
+ signals:
+  /// The operator chose `value`.
+  void ValuePicked(int value);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QDoubleSpinBox* const spin_;
+  int scale_ = 1;
+  double value_at_opening_ = 0;
+};
+
+}  // namespace kalde2
