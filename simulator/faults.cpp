@@ -81,6 +81,15 @@ std::optional<int> ReadNumber(std::string_view text) {
   return number;
 }
 
+std::string FaultNames() {
+  std::string text;
+  for (const FaultInfo& info : kFaults) {
+    if (!text.empty()) text += ", ";
+    text += FullName(info);
+  }
+  return text;
+}
+
 std::string FaultHelp() {
   constexpr std::size_t kNameWidth = 24;
   std::string text;
@@ -192,8 +201,9 @@ std::vector<LineAction> FaultPlan::Schedule(const std::string& reply) const {
 }
 
 std::vector<LineAction> FaultPlan::Deliver(std::string reply, int address) {
-  const LineAction hang_up{std::chrono::milliseconds(0), {}, true};
-  if (CountDown(FaultKind::kHangUpBefore)) return {hang_up};
+  // A hang-up throws away what the panel has not read yet, so it comes a little behind a reply.
+  constexpr std::chrono::milliseconds kReadingTime(100);
+  if (CountDown(FaultKind::kHangUpBefore)) return {{{}, {}, true}};
   const bool ends_during = CountDown(FaultKind::kHangUpDuring);
   const bool ends_after = CountDown(FaultKind::kHangUpAfter);
   std::vector<LineAction> actions;
@@ -203,8 +213,8 @@ std::vector<LineAction> FaultPlan::Deliver(std::string reply, int address) {
     actions = Schedule(reply);
   }
   if (ends_during || ends_after) {
-    actions.push_back(hang_up);
-    if (actions.size() > 1) actions.back().after = actions[actions.size() - 2].after;
+    const auto last = actions.empty() ? std::chrono::milliseconds(0) : actions.back().after;
+    actions.push_back({last + kReadingTime, {}, true});
   }
   return actions;
 }
@@ -212,7 +222,10 @@ std::vector<LineAction> FaultPlan::Deliver(std::string reply, int address) {
 std::optional<std::chrono::microseconds> FaultPlan::UnaskedPeriod() const {
   const ActiveFault* fault = Find(FaultKind::kUnasked);
   if (fault == nullptr) return std::nullopt;
-  return std::chrono::microseconds(std::chrono::seconds(1)) / fault->numbers[0];
+  // Far beyond what a line carries, and slow enough for the unit to do something else as well.
+  constexpr std::chrono::microseconds kShortestPeriod(100);
+  return std::max(kShortestPeriod,
+                  std::chrono::microseconds(std::chrono::seconds(1)) / fault->numbers[0]);
 }
 
 std::string FaultPlan::Describe() const {

@@ -91,7 +91,7 @@ class FaultPlan {
   /// @param address address that the request names, -1 for a slot query
   [[nodiscard]] std::vector<LineAction> Deliver(std::string reply, int address);
 
-  /// Time between two unasked frames, or nothing when there are none to send.
+  /// Time between two unasked frames, at least 100 us, or nothing when there are none to send.
   [[nodiscard]] std::optional<std::chrono::microseconds> UnaskedPeriod() const;
 
   /// The faults in force, one a line, or "none".
@@ -118,6 +118,9 @@ class FaultPlan {
 
 /// A whole number, decimal or in hex after 0x, with nothing else in the text.
 [[nodiscard]] std::optional<int> ReadNumber(std::string_view text);
+
+/// All faults as they are written, with commas between them.
+[[nodiscard]] std::string FaultNames();
 
 /// All faults with their parameters and descriptions, one a line, for help texts.
 [[nodiscard]] std::string FaultHelp();

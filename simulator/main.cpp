@@ -39,7 +39,9 @@ void DefineOptions(QCommandLineParser& parser) {
       {"autoset-reads", "Status reads that autoset stays busy for (default 3).", "COUNT", "3"},
       {"resolutions", "Count (0..255) of built-in resolutions, or a resolution data file.",
        "COUNT|FILE", QString::number(kalde2::kFactoryResolutionSlots)},
-      {"fault", "A fault, may be repeated:\n" + QString::fromStdString(kalde2::FaultHelp()),
+      {"fault",
+       "A fault, may be repeated; help on standard input explains them: " +
+           QString::fromStdString(kalde2::FaultNames()) + '.',
        "NAME[=NUMBERS]"},
       {"quiet", "Print no line for each frame."},
   });

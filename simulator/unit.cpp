@@ -41,6 +41,22 @@ constexpr std::array kSpecialAddresses = std::to_array<SpecialAddress>({
     {kNameIndex, "Input name", true},
 });
 
+/// Parameters of some products that the others have as well without listing them.
+struct UnlistedParameter {
+  int address;
+  std::string_view name;
+};
+
+constexpr std::array kUnlistedParameters =
+    std::to_array<UnlistedParameter>({{134, "Zoom"}, {135, "Shrink"}, {403, "Fade"}});
+
+std::string_view UnlistedName(int address) {
+  const auto found =
+      std::find_if(kUnlistedParameters.begin(), kUnlistedParameters.end(),
+                   [&](const auto& parameter) { return parameter.address == address; });
+  return found == kUnlistedParameters.end() ? "(not listed)" : found->name;
+}
+
 const SpecialAddress* FindSpecial(int address) {
   const auto found = std::find_if(kSpecialAddresses.begin(), kSpecialAddresses.end(),
                                   [&](const auto& special) { return special.address == address; });
@@ -123,9 +139,16 @@ void SimulatedUnit::DropPartialRequest() {
   partial_.clear();
 }
 
+std::size_t SimulatedUnit::RequestStart() const {
+  for (std::size_t i = 0; i < partial_.size(); ++i) {
+    const bool starts_packet = i + 1 == partial_.size() || partial_[i + 1] == kSlotQueryRest;
+    if (partial_[i] == 'F' || (partial_[i] == 'S' && starts_packet)) return i;
+  }
+  return partial_.size();
+}
+
 void SimulatedUnit::DropNoise() {
-  constexpr std::string_view kStarts = "FS";
-  const std::size_t start = std::min(partial_.find_first_of(kStarts), partial_.size());
+  const std::size_t start = RequestStart();
   if (start == 0) return;
   // A computer with software flow control sends these two by itself.
   constexpr std::string_view kFlowControl = "\x11\x13";
@@ -291,7 +314,7 @@ std::string SimulatedUnit::DescribeParameter(int address) const {
     name = special->name;
   } else if (IsParameter(address)) {
     const ParamRecord& record = catalogue_.Record(address - kFirstParameter);
-    name = record.Active ? record.Name : "(not listed)";
+    name = record.Active ? record.Name : UnlistedName(address);
   } else {
     name = "(no parameter)";
   }
@@ -344,9 +367,9 @@ std::string SimulatedUnit::DescribeRequest(const UnitRequest& request) const {
 
 std::string SimulatedUnit::DescribeReply(std::string_view bytes) const {
   if (bytes == kErrorReply) return "refused";
-  if (bytes.starts_with('S')) return "resolution slot";
+  if (bytes.starts_with('S')) return "resolution slot data";
   const std::optional<UnitReply> reply = ReadOwnReply(bytes);
-  if (!reply) return "not a whole frame";
+  if (!reply) return "no whole frame";
   return DescribeParameter(reply->address) + DescribeSource(reply->address, reply->source) +
          " is " + DescribeValue(reply->address, reply->value - WireOffset(reply->address));
 }

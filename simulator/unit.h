@@ -74,6 +74,7 @@ class SimulatedUnit {
   [[nodiscard]] static ParamCatalogue CatalogueFor(std::int32_t product_type);
   /// Moves the next complete request out of `partial_`, dropping what can start none.
   [[nodiscard]] std::optional<std::string> TakeRequest();
+  [[nodiscard]] std::size_t RequestStart() const;
   void DropNoise();
   void Answer(const std::string& bytes, std::vector<LineAction>& actions);
   [[nodiscard]] std::string AnswerFrame(const std::string& frame, int& address);

@@ -14,6 +14,7 @@ inline constexpr char kFrameEnd = '\r';
 
 /// Bytes of a slot query on the wire: "S", 7, 0xA2, 1, slot, 0, page, 0, "?".
 inline constexpr std::size_t kSlotQueryLength = 9;
+inline constexpr char kSlotQueryRest = kSlotQueryLength - 2;  ///< the length byte behind the "S"
 
 /// A request for one parameter.
 struct UnitRequest {

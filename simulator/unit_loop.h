@@ -75,6 +75,7 @@ class UnitLoop {
   std::optional<Clock::time_point> partial_request_ends_;
   std::string command_line_;
   bool commands_ended_ = false;
+  bool is_losing_ = false;  ///< the last characters did not fit into the panel's buffer
   bool is_running_ = true;
 };
 

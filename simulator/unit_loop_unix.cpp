@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 #include "simulator/unit_loop.h"
 
@@ -95,6 +96,7 @@ bool UnitLoop::PanelHasOtherRate() const {
 void UnitLoop::Run(int stop, int commands) {
   constexpr int kIgnored = -1;
   while (is_running_) {
+    ServeDue();
     std::array<pollfd, 3> waits = {{
         {stop, POLLIN, 0},
         {commands_ended_ ? kIgnored : commands, POLLIN, 0},
@@ -104,7 +106,6 @@ void UnitLoop::Run(int stop, int commands) {
     if (waits[0].revents != 0) return;
     if (waits[2].revents != 0) ReadLine();
     if (waits[1].revents != 0) ReadCommands(commands);
-    ServeDue();
   }
 }
 
@@ -219,6 +220,9 @@ void UnitLoop::ServeUnasked(Clock::time_point now) {
     return;
   }
   if (!next_unasked_) next_unasked_ = now + *period;
+  // Frames that a sleeping computer kept from being sent are not made up for.
+  constexpr std::chrono::seconds kLongestDelay(1);
+  if (now - *next_unasked_ > kLongestDelay) next_unasked_ = now;
   while (*next_unasked_ <= now) {
     Act({{}, unit_.NextUnaskedFrame()}, now);
     *next_unasked_ += *period;
@@ -242,9 +246,9 @@ void UnitLoop::Send(std::string_view bytes, Clock::time_point now) {
 
 void UnitLoop::Flush(Clock::time_point now) {
   const std::string bytes = sending_.Take(now);
-  if (!bytes.empty() && !terminal_->Write(bytes)) {
-    print_("the panel does not read: characters lost");
-  }
+  if (bytes.empty()) return;
+  const bool was_losing = std::exchange(is_losing_, !terminal_->Write(bytes));
+  if (is_losing_ && !was_losing) print_("the panel does not read: characters are lost");
 }
 
 void UnitLoop::PrintFrame(std::string_view direction, std::string_view bytes,
