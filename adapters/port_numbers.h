@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QMap>
+#include <QStringList>
+#include <QTimer>
+
+#include "panel/port_directory.h"
+
+namespace kalde2 {
+
+/// Device path by port number, ascending.
+using NumberedPorts = QMap<int, QString>;
+
+/// Devices in the order in which they are numbered: built-in ports ("ttyS"), USB adapters
+/// ("ttyUSB", then "ttyACM"), all others; within each by name, with the numbers in names compared
+/// as numbers ("ttyUSB9" before "ttyUSB10"). Each device comes once.
+[[nodiscard]] QStringList OrderedDevices(QStringList devices);
+
+/// The ports that the system itself numbers, given the devices present.
+[[nodiscard]] NumberedPorts NumberedBySystem(const QStringList& devices);
+
+/// Folder in which symbolic links number ports: "<configuration>/KALDE2/ports". Empty where there
+/// is no such thing.
+[[nodiscard]] QString DefaultPortsFolder();
+
+/// Folders in which devices come and go.
+[[nodiscard]] QStringList DeviceFolders();
+
+/// The ports of this computer. Nothing is remembered, every question looks anew; watching for
+/// changes sleeps in the kernel.
+class QtPortDirectory final : public PortDirectory {
+  Q_OBJECT
+
+ public:
+  explicit QtPortDirectory(QObject* parent = nullptr)
+      : QtPortDirectory(DefaultPortsFolder(), parent) {}
+
+  /// @param links folder of the links; need not exist (yet)
+  explicit QtPortDirectory(const QString& links, QObject* parent = nullptr);
+
+  [[nodiscard]] QString DeviceFor(int number) const override;
+  [[nodiscard]] QStringList PresentPorts() const override;
+
+ private:
+  [[nodiscard]] NumberedPorts Ports() const;
+  void OnFolderChanged(const QString& folder);
+  bool WatchLinks();
+
+  QString links_;
+  QString watched_;  ///< the folder of the links, or while it is missing the nearest one above it
+  QFileSystemWatcher watcher_;
+  QTimer announcement_;
+};
+
+}  // namespace kalde2

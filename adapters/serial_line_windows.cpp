@@ -1,0 +1,51 @@
+#include <windows.h>
+
+#include "adapters/serial_line.h"
+
+namespace kalde2 {
+namespace {
+
+constexpr char kXon = 0x11;
+constexpr char kXoff = 0x13;
+
+}  // namespace
+
+bool SetFlowControl(LineHandle line, Handshaking handshaking) {
+  const DWORD software = handshaking == Handshaking::kRtsXonXoff ? TRUE : FALSE;
+  DCB wanted{};
+  wanted.DCBlength = sizeof(wanted);
+  if (!GetCommState(line, &wanted)) return false;
+  wanted.fOutxCtsFlow = TRUE;
+  wanted.fRtsControl = RTS_CONTROL_HANDSHAKE;
+  wanted.fOutX = software;
+  wanted.fInX = software;
+  wanted.XonChar = kXon;
+  wanted.XoffChar = kXoff;
+  if (!SetCommState(line, &wanted)) return false;
+  DCB actual{};
+  actual.DCBlength = sizeof(actual);
+  return GetCommState(line, &actual) && actual.fOutxCtsFlow &&
+         actual.fRtsControl == RTS_CONTROL_HANDSHAKE && actual.fOutX == software &&
+         actual.fInX == software;
+}
+
+void RestartOutput(LineHandle line) {
+  EscapeCommFunction(line, SETXON);
+}
+
+// Writes overlap; the system takes them at any time.
+bool CanWriteNow(LineHandle) {
+  return true;
+}
+
+// COM<n> has no links.
+QString CanonicalDevice(const QString& device) {
+  return device;
+}
+
+// Ports carry no rights of their own: a port that refuses is in use.
+bool MayOpen(const QString&) {
+  return true;
+}
+
+}  // namespace kalde2
