@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <iterator>
 
+#include "simulator/unit_addresses.h"
+
 namespace kalde2 {
 namespace {
-
-constexpr int kSetupSource = 278;
 
 std::vector<std::string_view> SplitWords(std::string_view line) {
   constexpr std::string_view kBlanks = " \t\r";
@@ -103,8 +103,10 @@ FrontPanelResult FrontPanel::Get(const Words& words) {
 FrontPanelResult FrontPanel::Source(const Words& words) {
   const std::optional<int> source = SourceOf(words[1]);
   if (!source) return Say("a source is 0..255");
-  return {
-      {}, unit_.ChangeAtFrontPanel(kSetupSource, kFirstSourceCode, *source), LineOrder::kNone, 0};
+  return {{},
+          unit_.ChangeAtFrontPanel(addresses::kSetupSource, kFirstSourceCode, *source),
+          LineOrder::kNone,
+          0};
 }
 
 FrontPanelResult FrontPanel::Fault(const Words& words) {

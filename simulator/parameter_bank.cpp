@@ -5,10 +5,6 @@
 namespace kalde2 {
 namespace {
 
-constexpr int kMainInput = 130;
-constexpr int kSetupSource = 278;
-constexpr int kLockSource = 329;
-
 struct FactorySetting {
   int address;
   std::int32_t value;
@@ -71,7 +67,8 @@ void ParameterBank::Reset() {
 }
 
 std::int32_t ParameterBank::FactoryValue(int address) const {
-  if (address == kMainInput || address == kSetupSource || address == kLockSource) {
+  if (address == addresses::kMainInput || address == addresses::kSetupSource ||
+      address == addresses::kLockSource) {
     return first_source_;
   }
   const auto setting =

@@ -5,15 +5,9 @@
 #include <vector>
 
 #include "model/mod_active_dts.h"
+#include "simulator/unit_addresses.h"
 
 namespace kalde2 {
-
-/// Addresses that a unit keeps values at.
-inline constexpr int kFirstParameter = 130;
-inline constexpr int kLastParameter = 413;
-
-/// Source codes that a request can name.
-inline constexpr int kSourceCodes = 256;
 
 /// The values of a unit: one for each address, and one for each source code where the product
 /// keeps the parameter per source. Values are in the panel's terms (address 131: list position).

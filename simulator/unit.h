@@ -8,12 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "model/mod_Producttypes.h"
-#include "model/value_names.h"
+#include "model/mod_active_dts.h"
 #include "simulator/faults.h"
 #include "simulator/parameter_bank.h"
 #include "simulator/resolution_slots.h"
 #include "simulator/unit_frames.h"
+#include "simulator/unit_words.h"
 
 namespace kalde2 {
 
@@ -85,19 +85,13 @@ class SimulatedUnit {
   [[nodiscard]] bool IsFitted(int source) const;
   [[nodiscard]] std::int32_t ReadAutoset();
   void FinishAutoset();
-  [[nodiscard]] std::string DescribeRequest(const UnitRequest& request) const;
-  [[nodiscard]] std::string DescribeParameter(int address) const;
-  [[nodiscard]] std::string DescribeSource(int address, int source) const;
-  [[nodiscard]] std::string DescribeValue(int address, std::int32_t value) const;
-  [[nodiscard]] std::string ValueLabel(int address, std::int32_t value) const;
-  [[nodiscard]] std::string RangeRemark(int address, std::int32_t value) const;
   void Report(std::string_view bytes, const std::string& meaning);
   void ReportProblem(std::string_view bytes, const std::string& problem);
 
   UnitOptions options_;
   Journal journal_;
   ParamCatalogue catalogue_;
-  ValueNames value_names_;
+  UnitWords words_;
   ParameterBank bank_;
   FaultPlan faults_;
   std::string partial_;  ///< bytes of a request that is not complete yet

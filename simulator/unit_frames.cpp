@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "simulator/unit_addresses.h"
+
 namespace kalde2 {
 namespace {
 
 constexpr std::size_t kReadLength = 14;
 constexpr std::size_t kWriteLength = 20;
 constexpr std::int32_t kValueSpan = 0x1000000;
-constexpr int kCountAddress = 0xD8;
 
 bool IsHexDigit(char character) {
   return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F');
@@ -90,7 +91,7 @@ Reading<UnitRequest> ReadRequest(std::string_view frame) {
   request.source = HexValue(frame.substr(3, 2));
   request.address = HexValue(frame.substr(8, 3));
   if (!request.is_read) request.value = SignedValue(HexValue(frame.substr(11, 6)));
-  request.is_count_query = request.is_read && request.address == kCountAddress &&
+  request.is_count_query = request.is_read && request.address == addresses::kSlotCount &&
                            frame.substr(frame.size() - 3, 2) == "??";
   if (std::string problem = FieldProblem(frame, request.is_count_query); !problem.empty()) {
     return {{}, problem};
