@@ -49,7 +49,8 @@ std::ifstream OpenForReading(const std::string& path) {
 
 std::ofstream CreateAnew(const std::string& path) {
   std::error_code error;
-  if (!fs::is_directory(path, error)) fs::remove(path, error);
+  const fs::file_status status = fs::symlink_status(path, error);
+  if (fs::is_regular_file(status) || fs::is_symlink(status)) fs::remove(path, error);
   // A file that could not be deleted may still be written over; a folder or a device is let be.
   if (fs::exists(path, error) && !fs::is_regular_file(path, error)) return {};
   return std::ofstream(fs::path(path), std::ios::binary | std::ios::trunc);

@@ -1,0 +1,129 @@
+#include "files/clone.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/fake_link.h"
+
+namespace kalde2 {
+namespace {
+
+using ::testing::ElementsAre;
+
+struct CloneTest : ::testing::Test, LinkFixture {
+  CloneTest() { port.on_write = std::ref(unit); }
+
+  /// Five parameters of every scope, added in another order than the catalogue's.
+  void LoadSmallCatalogue() {
+    catalogue.BeginBuild();
+    for (const std::int16_t address :
+         std::initializer_list<std::int16_t>{278, 222, 193, 138, 130}) {
+      catalogue.AddParameter(address, "", 0, "0", "255", false);
+    }
+  }
+
+  EchoUnit unit;
+  CloneTransfer clone{catalogue, connectivity, values, link, progress};
+};
+
+TEST_F(CloneTest, ReadsInCatalogueOrderWhateverTheUnitAnswers) {
+  LoadSmallCatalogue();
+  Fit({0, 3});
+  unit.values["104100C1"] = "FFFFFD";
+  unit.values["304100DE"] = "000009";
+  port.on_write = [this](std::string_view frame) -> std::string {
+    if (frame == "F841041008257\r") return "F0000\r";
+    return frame == "F843041008A7F\r" ? "" : unit(frame);
+  };
+  clone.CloneRead();
+  EXPECT_THAT(
+      port.written,
+      ElementsAre("F841041008257\r",                                        // refused
+                  "F843041008A7F\r", "F843041008A7F\r", "F843041008A7F\r",  // silent
+                  "F84104100C196\r", "F84104100DEB3\r", "F84304100DED3\r", "F8410410116EC\r"));
+  EXPECT_EQ(values.SourceValue(8, 0), -3);
+  EXPECT_EQ(values.SourceValue(13, 3), 9);
+
+  std::vector<std::string> expected = {"show", "caption Reading Parameters", "range 0 283"};
+  for (int i = 0; i <= 283; ++i) expected.push_back("value " + std::to_string(i));
+  expected.emplace_back("hide");
+  EXPECT_EQ(progress.log, expected);
+}
+
+TEST_F(CloneTest, ASourceWithoutACodeIsAskedForAsCode0) {
+  LoadSmallCatalogue();
+  Fit({9, 255});
+  clone.CloneRead();
+  EXPECT_THAT(port.written, ElementsAre("F841041008257\r", "F840041008A4F\r", "F840041008A4F\r",
+                                        "F84004100DEA3\r", "F84004100DEA3\r", "F8410410116EC\r"));
+}
+
+TEST_F(CloneTest, WritesEachSourcesColumnAndKeepsTheSelectedSource) {
+  LoadSmallCatalogue();
+  Fit({0, 3});
+  values.SetParamValue(0, 7);
+  values.SetParamValue(148, 0x11);
+  values.SetSourceValue(0, 3, 5);
+  values.SetSourceValue(8, 0, -3);
+  values.SetSourceValue(13, 0, 1);
+  values.SetSourceValue(13, 3, 2);
+  clone.CloneWrite();
+  EXPECT_THAT(port.written,
+              ElementsAre("F0410410082000007DE\r", "F043041008A00000504\r", "F04104100C1FFFFFD11\r",
+                          "F04104100DE00000134\r", "F04304100DE00000255\r",
+                          // The setup source is the last one that was written.
+                          "F04104101160000309C\r"));
+  EXPECT_EQ(values.ParamValue(148), 0x11);
+  EXPECT_THAT(progress.log, ::testing::Contains("caption Writing Parameters"));
+  EXPECT_FALSE(progress.shown);
+}
+
+TEST_F(CloneTest, EveryProductIsTransferredWhole) {
+  struct {
+    std::int32_t type;
+    int active;  // of these 6 apply to all sources, 4 to RGB and 5 to video sources
+  } const products[] = {{22, 42}, {23, 61}, {57, 61}, {71, 38}, {24, 38}, {25, 57},
+                        {58, 65}, {26, 40}, {27, 68}, {28, 38}, {29, 65}, {30, 67},
+                        {68, 57}, {31, 40}, {32, 68}, {59, 46}, {33, 38}, {61, 38},
+                        {34, 65}, {62, 65}, {35, 67}, {63, 67}, {60, 0}};
+  struct {
+    std::vector<int> fitted;
+    int per_source;
+  } const sets[] = {{{}, 0}, {{0, 2, 3, 48, 80}, 6 * 5 + 4 * 2 + 5 * 3}, {{1}, 6 + 4}};
+  for (const auto& product : products) {
+    for (const auto& set : sets) {
+      SCOPED_TRACE(product.type);
+      LoadProduct(product.type);
+      connectivity = {};
+      for (const int source : set.fitted) Fit({source});
+      const auto requests =
+          static_cast<std::size_t>(product.type == 60 ? 0 : product.active - 15 + set.per_source);
+      port.written.clear();
+      clone.CloneRead();
+      EXPECT_EQ(port.written.size(), requests);
+      clone.CloneWrite();
+      EXPECT_EQ(port.written.size(), 2 * requests);
+    }
+  }
+}
+
+TEST_F(CloneTest, ClosingThePortEndsTheTransfer) {
+  LoadProduct(35);
+  Fit({0, 3});
+  values.SetParamValue(148, 0x12);
+  constexpr std::size_t kRequestsBefore = 9;  // the last of them to a per-source parameter
+  port.on_write = [this](std::string_view frame) {
+    if (port.written.size() == kRequestsBefore) clock.After({}, [this] { port.Close(); });
+    return port.written.size() < kRequestsBefore ? unit(frame) : std::string();
+  };
+  clone.CloneWrite();
+  EXPECT_EQ(port.written.size(), kRequestsBefore);
+  EXPECT_EQ(values.ParamValue(148), 0x12);
+  EXPECT_FALSE(progress.shown);
+  clone.CloneRead();
+  EXPECT_EQ(port.written.size(), kRequestsBefore);
+  EXPECT_FALSE(progress.shown);
+}
+
+}  // namespace
+}  // namespace kalde2
