@@ -1,5 +1,6 @@
 #include "link/numbers.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -45,15 +46,14 @@ double NumericValue(std::string_view text) {
   if (text.size() >= 2 && text[0] == '&' && (text[1] == 'H' || text[1] == 'h')) {
     return HexPrefix(text.substr(2));
   }
-  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  const std::string_view unsigned_part =
-      !text.empty() && text.front() == '-' ? text.substr(1) : text;
-  // from_chars also reads "inf" and "nan", which are no numbers here.
-  if (unsigned_part.empty() || !(IsDigit(unsigned_part[0]) || unsigned_part[0] == '.')) return 0;
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  // from_chars also reads "inf", "nan" and a second sign, which are no numbers here.
+  if (text.empty() || !(IsDigit(text[0]) || text[0] == '.')) return 0;
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error == std::errc::result_out_of_range) return std::numeric_limits<double>::infinity();
-  return error == std::errc() ? value : 0;
+  if (error == std::errc::result_out_of_range) value = std::numeric_limits<double>::infinity();
+  return negative ? -value : value;
 }
 
 std::uint32_t HexValue(std::string_view text) {

@@ -1,0 +1,143 @@
+#include "panel/command_editor.h"
+
+#include <QAbstractItemView>
+#include <QScrollBar>
+#include <QSignalBlocker>
+
+#include "link/fault.h"
+#include "link/scoped_flag.h"
+
+namespace kalde2 {
+namespace {
+
+QString FromLatin1(const std::string& text) {
+  return QString::fromLatin1(text.c_str());
+}
+
+}  // namespace
+
+CommandEditor::CommandEditor(VornikForm& form, const CommandList& list, CommandLink& link,
+                             ValueStore& values, RefreshTimer& refresh, OperatorQueue& queue)
+    : form_(form), list_(list), link_(link), values_(values), refresh_(refresh), queue_(queue) {}
+
+void CommandEditor::RefreshCommandList() {
+  QListWidget& box = *form_.lst_commands;
+  const QSignalBlocker quiet(box);
+  const int scrolled = box.verticalScrollBar()->value();
+  box.setUpdatesEnabled(false);
+  box.clear();
+  for (const CommandLine& line : list_.Lines()) {
+    auto* const item = new QListWidgetItem(FromLatin1(line.text), &box);
+    item->setData(Qt::UserRole, static_cast<int>(line.index));
+  }
+  box.verticalScrollBar()->setValue(scrolled);
+  box.setUpdatesEnabled(true);
+}
+
+void CommandEditor::SelectSavedLine() {
+  QListWidget& box = *form_.lst_commands;
+  const QListWidgetItem* const line = box.item(saved_command_line_);
+  if (line == nullptr) return;
+  {
+    const QSignalBlocker quiet(box);
+    const int scrolled = box.verticalScrollBar()->value();
+    box.setCurrentRow(saved_command_line_);
+    box.verticalScrollBar()->setValue(scrolled);
+  }
+  if (!IsBeingEdited(line->data(Qt::UserRole).toInt())) lst_commands_Click();
+}
+
+bool CommandEditor::IsBeingEdited(int index) const {
+  if (index != current_command_) return false;
+  return form_.cbo_command->view()->isVisible() ||
+         (form_.txt_commandval->isVisible() && form_.txt_commandval->hasFocus() &&
+          form_.txt_commandval->isModified());
+}
+
+void CommandEditor::lst_commands_Click() {
+  const QListWidgetItem* const line = form_.lst_commands->currentItem();
+  if (line == nullptr) return;
+  const int index = line->data(Qt::UserRole).toInt();
+  try {
+    const ScopedFlag suppress(suppress_command_events_);
+    PrepareEditor(index);
+  } catch (const Fault&) {
+    // What could be prepared stays.
+  }
+  current_command_ = index;
+  saved_command_line_ = form_.lst_commands->currentRow();
+}
+
+void CommandEditor::PrepareEditor(int index) {
+  const bool as_list = index == CommandList::kResolution || list_.Record(index).HasList;
+  ShowEditor(as_list);
+  if (as_list) {
+    FillChoices(index);
+  } else {
+    form_.txt_commandval->setText(QString::number(list_.CurrentValue(index)));
+  }
+}
+
+void CommandEditor::ShowEditor(bool as_list) {
+  form_.cbo_command->setVisible(as_list);
+  form_.cmd_commandMinus->setVisible(!as_list);
+  form_.cmd_commandplus->setVisible(!as_list);
+  form_.txt_commandval->setVisible(!as_list);
+}
+
+void CommandEditor::FillChoices(int index) {
+  QComboBox& combo = *form_.cbo_command;
+  combo.clear();
+  if (index == CommandList::kResolution) {
+    for (int i = 0; i < form_.cbo_resolution->count(); ++i) {
+      combo.addItem(form_.cbo_resolution->itemText(i));
+    }
+    const std::int32_t position = list_.CurrentValue(index);
+    combo.setCurrentIndex(position < combo.count() ? position : -1);
+    return;
+  }
+  for (const ValueItem& item : list_.Choices(index))
+    combo.addItem(FromLatin1(item.label), item.data);
+  combo.setCurrentIndex(list_.CurrentChoice(index));
+}
+
+void CommandEditor::cbo_command_Click() {
+  if (suppress_command_events_) return;
+  Change(list_.Record(current_command_).UseItemData ? form_.cbo_command->currentData().toInt()
+                                                    : form_.cbo_command->currentIndex());
+}
+
+void CommandEditor::Step(int step) {
+  if (queue_.IsBulk()) return;
+  const std::int32_t value = list_.SteppedValue(current_command_, step);
+  form_.txt_commandval->setText(QString::number(value));
+  Change(value);
+}
+
+void CommandEditor::txt_commandval_Enter() {
+  if (suppress_command_events_) return;
+  std::int32_t value = 0;
+  if (!list_.ReadTyped(current_command_, form_.txt_commandval->text().toLatin1().toStdString(),
+                       value)) {
+    return;
+  }
+  form_.txt_commandval->setModified(false);
+  Change(value);
+}
+
+/// Stores and sends. Each parameter counts as a control of its own while the sending has to wait.
+void CommandEditor::Change(std::int32_t value) {
+  if (queue_.IsBulk()) return;
+  const int index = current_command_;
+  const std::int16_t source = list_.WriteSource(index);
+  const auto store = [this, index, value] { values_.StoreParamValue(index, value); };
+  store();
+  queue_.Do("lst_commands:" + std::to_string(index), [this, store, index, value, source] {
+    store();
+    (void)link_.SendParameter(kWrite, source, value,
+                              static_cast<std::int16_t>(index + kFirstAddress));
+    refresh_.Enable();
+  });
+}
+
+}  // namespace kalde2

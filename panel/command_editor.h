@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+
+#include "model/command_list.h"
+#include "panel/operator_queue.h"
+#include "panel/vornik_form.h"
+
+namespace kalde2 {
+
+/// The command list and its value editor on the main window.
+class CommandEditor {
+ public:
+  CommandEditor(VornikForm& form, const CommandList& list, CommandLink& link, ValueStore& values,
+                RefreshTimer& refresh, OperatorQueue& queue);
+
+  /// Rebuilds the list. Nothing is selected afterwards.
+  void RefreshCommandList();
+
+  /// Selects `SavedCommandLine` again and prepares its value editor; a line past the end selects
+  /// nothing. A value that the operator is just typing or choosing is left to him.
+  void SelectSavedLine();
+
+  /// Prepares the value editor for the selected line.
+  void lst_commands_Click();
+
+  void cbo_command_Click();
+  void cmd_commandMinus_Click() { Step(-1); }
+  void cmd_commandplus_Click() { Step(+1); }
+
+  /// Enter in `txt_commandval`: sends a number in the parameter's range and ignores any other.
+  void txt_commandval_Enter();
+
+  [[nodiscard]] int CurrentCommand() const { return current_command_; }
+  [[nodiscard]] int SavedCommandLine() const { return saved_command_line_; }
+
+ private:
+  void PrepareEditor(int index);
+  void FillChoices(int index);
+  void ShowEditor(bool as_list);
+  void Step(int step);
+  void Change(std::int32_t value);
+  [[nodiscard]] bool IsBeingEdited(int index) const;
+
+  VornikForm& form_;
+  const CommandList& list_;
+  CommandLink& link_;
+  ValueStore& values_;
+  RefreshTimer& refresh_;
+  OperatorQueue& queue_;
+  int current_command_ = 0;
+  int saved_command_line_ = 0;
+  bool suppress_command_events_ = false;
+};
+
+}  // namespace kalde2

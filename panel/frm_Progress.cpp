@@ -1,0 +1,79 @@
+#include "panel/frm_Progress.h"
+
+#include <QStyleOptionProgressBar>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <chrono>
+
+namespace kalde2 {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// A desktop puts a window up within a few frames; one that does not must not hold up the transfer.
+constexpr milliseconds kExposeLimit{250};
+
+}  // namespace
+
+void StillProgressBar::initStyleOption(QStyleOptionProgressBar* option) const {
+  QProgressBar::initStyleOption(option);
+  if (minimum() != maximum()) return;
+  option->maximum = option->minimum + 1;
+  option->progress = option->minimum;
+  option->textVisible = false;
+}
+
+frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
+    : QDialog(owner, Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint |
+                         Qt::WindowCloseButtonHint),
+      clock_(clock),
+      lbl_progress(new QLabel(this)),
+      ProgressBar(new StillProgressBar(this)) {
+  setObjectName(QStringLiteral("frm_Progress"));
+  setWindowTitle(QStringLiteral("Progress"));
+  setModal(false);
+  lbl_progress->setObjectName(QStringLiteral("lbl_progress"));
+  lbl_progress->setTextFormat(Qt::PlainText);
+  ProgressBar->setObjectName(QStringLiteral("ProgressBar"));
+  ProgressBar->setAccessibleName(QStringLiteral("Progress"));
+  constexpr int kWidthInCharacters = 52;  // the longest caption with room to spare
+  lbl_progress->setMinimumWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
+  auto* const rows = new QVBoxLayout(this);
+  rows->addWidget(lbl_progress);
+  rows->addWidget(ProgressBar);
+}
+
+void frm_Progress::Show() {
+  show();
+  const milliseconds end = clock_.Monotonic() + kExposeLimit;
+  while (isVisible() && !windowHandle()->isExposed()) {
+    const milliseconds left = end - clock_.Monotonic();
+    if (left <= milliseconds::zero()) break;
+    clock_.ServeEvents(left);
+  }
+  repaint();
+}
+
+void frm_Progress::Hide() {
+  hide();
+}
+
+void frm_Progress::SetCaption(std::string_view text) {
+  lbl_progress->setText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
+  lbl_progress->repaint();
+}
+
+void frm_Progress::SetRange(int minimum, int maximum) {
+  ProgressBar->setRange(minimum, maximum);
+  ProgressBar->setValue(minimum);
+  ProgressBar->repaint();
+}
+
+void frm_Progress::SetValue(int value) {
+  const bool fits = value >= ProgressBar->minimum() && value <= ProgressBar->maximum();
+  if (!fits || ProgressBar->minimum() == ProgressBar->maximum()) return;
+  ProgressBar->setValue(value);
+  ProgressBar->repaint();
+}
+
+}  // namespace kalde2

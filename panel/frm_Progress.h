@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+#include <QProgressBar>
+
+#include "link/clock.h"
+#include "model/progress_view.h"
+
+namespace kalde2 {
+
+/// A progress bar that stands still where an ordinary one with both ends 0 would be animated.
+class StillProgressBar : public QProgressBar {
+  Q_OBJECT
+
+ public:
+  using QProgressBar::QProgressBar;
+
+ protected:
+  void initStyleOption(QStyleOptionProgressBar* option) const override;
+};
+
+/// The progress window of long transfers: a label `lbl_progress` and a bar `ProgressBar`. Modeless
+/// and owned by the main window. Closing it only takes it out of sight; the transfer goes on.
+class frm_Progress : public QDialog, public ProgressView {
+  Q_OBJECT
+
+ public:
+  frm_Progress(QWidget* owner, Clock& clock);
+
+  /// Shows the window and waits, a moment at most, until the desktop has put it up, so that what
+  /// blocks the window afterwards finds it painted.
+  void Show() override;
+  void Hide() override;
+  void SetCaption(std::string_view text) override;
+  void SetRange(int minimum, int maximum) override;
+  void SetValue(int value) override;
+
+ private:
+  Clock& clock_;
+  QLabel* lbl_progress;
+  StillProgressBar* ProgressBar;
+};
+
+}  // namespace kalde2

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <string>
+#include <string_view>
+
+#include "link/mod_comms.h"
+
+namespace kalde2 {
+
+/// Runs what the operator asks of the unit, one thing at a time.
+///
+/// Waiting for a reply serves events, so the operator may act again in the midst of a transaction.
+/// Nothing nests: what he changes meanwhile is kept and done right after, in order of first change
+/// and only the newest of each control. While a bulk operation runs (opening, clone, fetch,
+/// autoset) what he does to the unit's controls is dropped.
+class OperatorQueue {
+ public:
+  using Job = std::function<void()>;
+
+  static constexpr char kPartMark = ':';
+
+  explicit OperatorQueue(const CommandLink& link) : link_(link) {}
+
+  /// Runs a job, or keeps it, replacing the one that is kept for the same control. A Fault ends the
+  /// job without a word.
+  void Do(std::string_view control, Job job) { Submit(control, std::move(job), false); }
+
+  /// The same for a bulk operation.
+  void DoInBulk(std::string_view control, Job job) { Submit(control, std::move(job), true); }
+
+  /// True while a bulk operation runs: input to the unit's controls does nothing.
+  [[nodiscard]] bool IsBulk() const { return bulk_ && !abandoned_; }
+
+  /// True while a newer change of the control waits for its turn, under its own name or under one
+  /// of its parts ("arr_zoompan:159").
+  [[nodiscard]] bool HasKept(std::string_view control) const;
+
+  /// Forgets what is kept and lets the running operation unwind: the connection is gone. What is
+  /// asked for from here on is kept and done after it.
+  void Abandon();
+
+ private:
+  struct Kept {
+    std::string control;
+    Job job;
+    bool bulk;
+  };
+
+  [[nodiscard]] bool IsBusy() const { return running_ || link_.IsWaiting(); }
+  void Submit(std::string_view control, Job job, bool bulk);
+  void Keep(std::string_view control, Job job, bool bulk);
+  void Run(const Job& job, bool bulk);
+  void RunKept();
+
+  const CommandLink& link_;
+  std::list<Kept> kept_;
+  bool running_ = false;
+  bool bulk_ = false;
+  bool abandoned_ = false;
+};
+
+}  // namespace kalde2

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+
+#include "link/reply_display.h"
+#include "panel/operator_queue.h"
+#include "panel/vornik_form.h"
+
+namespace kalde2 {
+
+/// Index of the first entry whose item data equals the value; 0 when none does.
+[[nodiscard]] int FindItemDataIndex(std::int16_t value, const QComboBox& list);
+
+/// Shows decoded values on the controls of the main window, found by their `Tag`. Sends nothing.
+/// A control that the operator holds, or that has a newer change waiting to be sent, is not moved:
+/// what came is older than what he wants.
+class ReplyPainter : public ReplyDisplay {
+ public:
+  explicit ReplyPainter(VornikForm& form) : form_(form) {}
+
+  /// Where newer changes of the operator wait; without one no change waits.
+  void SetQueue(const OperatorQueue* queue) { queue_ = queue; }
+
+  void ShowAspectAdjust(bool advanced) override;
+  void ShowLockMode(std::int32_t value) override;
+
+  /// @throws Fault for a list position that a list does not have; nothing is selected then
+  void ShowValue(std::int16_t address, std::int32_t value) override;
+
+ private:
+  void ShowOnCombo(QComboBox& combo, int tag, std::int16_t address, std::int32_t value) const;
+  void ShowOnPad(ArrowControl& pad, int tag, std::int16_t address, std::int32_t value) const;
+  void ShowOnOther(QWidget& control, std::int32_t value) const;
+  [[nodiscard]] bool HasNewer(const QWidget& control) const;
+
+  VornikForm& form_;
+  const OperatorQueue* queue_ = nullptr;
+};
+
+/// `tmr_updatelstCommands` as the link knows it.
+class ListRefreshTimer : public RefreshTimer {
+ public:
+  explicit ListRefreshTimer(QTimer& timer) : timer_(timer) {}
+
+  void Enable() override {
+    if (!timer_.isActive()) timer_.start();
+  }
+  void Disable() override { timer_.stop(); }
+
+ private:
+  QTimer& timer_;
+};
+
+}  // namespace kalde2
