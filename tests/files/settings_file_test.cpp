@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -114,6 +115,14 @@ TEST_F(SettingsFileTest, ReportsSuccessForAFileThatCannotBeSaved) {
   panel.settings.SaveSettingsFile(22);
   EXPECT_FALSE(std::filesystem::exists("missing"));
   EXPECT_THAT(panel.boxes.shown, ElementsAre(kSaved, kSaved));
+}
+
+TEST_F(SettingsFileTest, NeitherReadsNorReplacesAPipe) {
+  ASSERT_EQ(mkfifo("panel.txt", 0600), 0);
+  panel.settings.SaveSettingsFile(22);
+  EXPECT_TRUE(std::filesystem::is_fifo("panel.txt"));
+  panel.settings.LoadSettingsFile();
+  EXPECT_EQ(panel.boxes.shown.back().icon, BoxIcon::kCritical);
 }
 
 TEST_F(SettingsFileTest, AsksForTheFile) {
