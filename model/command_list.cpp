@@ -139,11 +139,12 @@ int CommandList::CurrentChoice(int index) const {
 }
 
 std::int32_t CommandList::SteppedValue(int index, int step) const {
-  const std::int32_t lowest = Record(index).MinValue;
-  const std::int32_t highest = Record(index).MaxValue;
-  const std::int32_t value = CurrentValue(index) + step;
-  if (step < 0) return std::min(std::max(value, lowest), highest);
-  return std::max(std::min(value, highest), lowest);
+  const std::int64_t lowest = Record(index).MinValue;
+  const std::int64_t highest = Record(index).MaxValue;
+  // Wide, because a settings file can bring any 32-bit value.
+  const std::int64_t value = std::int64_t{CurrentValue(index)} + step;
+  return static_cast<std::int32_t>(step < 0 ? std::min(std::max(value, lowest), highest)
+                                            : std::max(std::min(value, highest), lowest));
 }
 
 bool CommandList::ReadTyped(int index, std::string_view text, std::int32_t& value) const {
