@@ -87,6 +87,23 @@ QStringList OrderedDevices(QStringList devices) {
   return devices;
 }
 
+NumberedPorts WithLinks(NumberedPorts ports, const QString& folder) {
+  // To QDir devices are system files, and so are links whose device is gone.
+  constexpr auto kLinks = QDir::Files | QDir::System;
+  for (const QFileInfo& link : QDir(folder).entryInfoList(kLinks)) {
+    bool is_number = false;
+    const int number = link.fileName().toInt(&is_number);
+    if (!is_number || !link.isSymLink()) continue;
+    const QString device = link.canonicalFilePath();
+    if (device.isEmpty()) {
+      ports.remove(number);
+    } else {
+      ports[number] = device;
+    }
+  }
+  return ports;
+}
+
 QtPortDirectory::QtPortDirectory(const QString& links, QObject* parent)
     : PortDirectory(parent), links_(links) {
   announcement_.setSingleShot(true);
@@ -112,22 +129,8 @@ QStringList QtPortDirectory::PresentPorts() const {
 }
 
 NumberedPorts QtPortDirectory::Ports() const {
-  NumberedPorts ports = NumberedBySystem(DevicesPresent());
-  if (links_.isEmpty()) return ports;
-  // System files are links whose device is gone; they stand for no port rather than for another.
-  constexpr auto kLinks = QDir::Files | QDir::System | QDir::NoDotAndDotDot;
-  for (const QFileInfo& link : QDir(links_).entryInfoList(kLinks)) {
-    bool is_number = false;
-    const int number = link.fileName().toInt(&is_number);
-    if (!is_number || !link.isSymLink()) continue;
-    const QString device = link.canonicalFilePath();
-    if (device.isEmpty()) {
-      ports.remove(number);
-    } else {
-      ports[number] = device;
-    }
-  }
-  return ports;
+  const NumberedPorts ports = NumberedBySystem(DevicesPresent());
+  return links_.isEmpty() ? ports : WithLinks(ports, links_);
 }
 
 void QtPortDirectory::OnFolderChanged(const QString& folder) {

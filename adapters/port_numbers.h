@@ -20,6 +20,10 @@ using NumberedPorts = QMap<int, QString>;
 /// The ports that the system itself numbers, given the devices present.
 [[nodiscard]] NumberedPorts NumberedBySystem(const QStringList& devices);
 
+/// The same with the symbolic links of a folder put first: a link named by a number stands for its
+/// device, or where that is gone for none.
+[[nodiscard]] NumberedPorts WithLinks(NumberedPorts ports, const QString& folder);
+
 /// Folder in which symbolic links number ports: "<configuration>/KALDE2/ports". Empty where there
 /// is no such thing.
 [[nodiscard]] QString DefaultPortsFolder();
