@@ -44,7 +44,8 @@ std::string ChosenPath(std::string_view name) {
 
 /// A number with a blank in place of the plus sign.
 std::string SignedText(std::int32_t value) {
-  return (value < 0 ? "" : " ") + std::to_string(value);
+  std::string text = std::to_string(value);
+  return value < 0 ? text : ' ' + text;
 }
 
 /// The comma-separated fields of a line from the first on.
