@@ -1,0 +1,155 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QTest>
+#include <QTimerEvent>
+#include <chrono>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "panel/panel_application.h"
+#include "simulator/unit.h"
+#include "tests/support/fake_link.h"
+
+namespace kalde2 {
+
+/// Time that passes only in waits; each wait also serves what Qt has pending.
+class QtFakeClock : public FakeClock {
+ public:
+  void ServeEvents(std::chrono::milliseconds at_most) override {
+    QCoreApplication::processEvents();
+    FakeClock::ServeEvents(at_most);
+    QCoreApplication::processEvents();
+  }
+};
+
+/// Ports that tests name.
+class FakePorts : public PortDirectory {
+ public:
+  std::map<int, QString> devices = {{1, QStringLiteral("/dev/fake1")}};
+
+  [[nodiscard]] QString DeviceFor(int number) const override {
+    const auto found = devices.find(number);
+    return found == devices.end() ? QString() : found->second;
+  }
+  [[nodiscard]] QStringList PresentPorts() const override {
+    QStringList list;
+    for (const auto& [number, device] : devices) {
+      list << QStringLiteral("%1: %2").arg(number).arg(device);
+    }
+    return list;
+  }
+};
+
+/// A store in memory; what is absent differs from what is empty.
+class FakeSettings : public SettingsStore {
+ public:
+  std::map<std::pair<QString, QString>, QString> values;
+
+  [[nodiscard]] QString GetSetting(const QString& section, const QString& key,
+                                   const QString& fallback) const override {
+    const auto found = values.find({section, key});
+    return found == values.end() ? fallback : found->second;
+  }
+  void SaveSetting(const QString& section, const QString& key, const QString& value) override {
+    values[{section, key}] = value;
+  }
+};
+
+/// The whole panel over fakes, with a simulated unit in the same process as the other end. What the
+/// unit answers later than at once comes by the fake clock.
+class PanelFixture : public ::testing::Test {
+ protected:
+  ~PanelFixture() override = default;
+
+  /// Composes the panel as main() does and shows its window; settings made before count.
+  void Start() {
+    port.open = false;
+    panel = std::make_unique<PanelApplication>(
+        Platform{port, ports, clock, settings, boxes, dialogs, [this] { ++ends; }});
+    Window().show();
+    QCoreApplication::processEvents();
+  }
+
+  /// Connects a simulated unit to the port.
+  void ConnectUnit(UnitOptions options = {}) {
+    unit = std::make_unique<SimulatedUnit>(std::move(options));
+    port.on_write = [this](std::string_view frame) { return AnswerOfUnit(frame); };
+  }
+
+  /// Starts the panel with a unit of this type and opens the port.
+  void StartAndOpen(int type = 35, std::vector<int> sources = {16, 17, 48, 64, 80}) {
+    ConnectUnit({.product_type = type, .fitted_sources = std::move(sources)});
+    Start();
+    Press("Cmd_openclose");
+  }
+
+  [[nodiscard]] frm_vornik& Window() { return panel->Window(); }
+  [[nodiscard]] VornikForm& Form() { return Window().Form(); }
+
+  /// A control, timer or menu item of the window by its name.
+  template <typename Object>
+  [[nodiscard]] Object* Find(const char* name) {
+    auto* const object = Window().findChild<Object*>(QLatin1String(name));
+    EXPECT_NE(object, nullptr) << name;
+    return object;
+  }
+
+  /// A press with the mouse on a button, check box or option button.
+  void Press(const char* button) {
+    auto* const widget = Find<QAbstractButton>(button);
+    QTest::mouseClick(widget, Qt::LeftButton, {}, {widget->height() / 2, widget->height() / 2});
+  }
+
+  void Choose(const char* item) { Find<QAction>(item)->trigger(); }
+
+  /// Lets a running timer of the window tick now. @return false where it does not run
+  bool Tick(const char* name) {
+    auto* const timer = Find<QTimer>(name);
+    if (!timer->isActive()) return false;
+    QTimerEvent tick(timer->timerId());
+    return QCoreApplication::sendEvent(timer, &tick);
+  }
+
+  /// Sends a frame of the unit unasked, through the receive event, and lets the timer cut it out.
+  void Unasked(std::string_view frame) {
+    port.Receive(frame);
+    Window().MSComm1_OnComm();
+    Tick("TmrProcessMessage");
+  }
+
+  /// The frames written since the last call.
+  [[nodiscard]] std::vector<std::string> Written() { return std::exchange(port.written, {}); }
+
+  QtFakeClock clock;
+  FakePort port;
+  FakePorts ports;
+  FakeSettings settings;
+  FakeBoxes boxes;
+  FakeFileDialogs dialogs;
+  int ends = 0;  ///< how often the program was ended
+  std::unique_ptr<SimulatedUnit> unit;
+  std::unique_ptr<PanelApplication> panel;
+
+ private:
+  std::string AnswerOfUnit(std::string_view frame) {
+    std::string now;
+    for (const LineAction& action : unit->Receive(frame)) {
+      if (action.hang_up) continue;
+      if (action.after.count() == 0) {
+        now += action.bytes;
+      } else {
+        clock.After(std::chrono::duration_cast<std::chrono::milliseconds>(action.after),
+                    [this, bytes = action.bytes] { port.Receive(bytes); });
+      }
+    }
+    return now;
+  }
+};
+
+}  // namespace kalde2
