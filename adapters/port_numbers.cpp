@@ -129,11 +129,18 @@ QStringList QtPortDirectory::PresentPorts() const {
 }
 
 NumberedPorts QtPortDirectory::Ports() const {
-  const NumberedPorts ports = NumberedBySystem(DevicesPresent());
+  const NumberedPorts ports = NumberedBySystem(Devices());
   return links_.isEmpty() ? ports : WithLinks(ports, links_);
 }
 
+const QStringList& QtPortDirectory::Devices() const {
+  const bool tells_changes = !DeviceFolders().isEmpty();
+  if (!devices_.has_value() || !tells_changes) devices_ = DevicesPresent();
+  return *devices_;
+}
+
 void QtPortDirectory::OnFolderChanged(const QString& folder) {
+  if (folder != watched_) devices_.reset();
   const bool is_stand_in = folder == watched_ && folder != links_;
   const bool has_moved = WatchLinks();
   if (is_stand_in && !has_moved) return;

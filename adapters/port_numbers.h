@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QStringList>
 #include <QTimer>
+#include <optional>
 
 #include "panel/port_directory.h"
 
@@ -31,8 +32,8 @@ using NumberedPorts = QMap<int, QString>;
 /// Folders in which devices come and go.
 [[nodiscard]] QStringList DeviceFolders();
 
-/// The ports of this computer. Nothing is remembered, every question looks anew; watching for
-/// changes sleeps in the kernel.
+/// The ports of this computer. Links are read at every question; devices, whose listing takes tens
+/// of milliseconds, once and again after a change. Watching for changes sleeps in the kernel.
 class QtPortDirectory final : public PortDirectory {
   Q_OBJECT
 
@@ -48,11 +49,13 @@ class QtPortDirectory final : public PortDirectory {
 
  private:
   [[nodiscard]] NumberedPorts Ports() const;
+  [[nodiscard]] const QStringList& Devices() const;
   void OnFolderChanged(const QString& folder);
   bool WatchLinks();
 
   QString links_;
   QString watched_;  ///< the folder of the links, or while it is missing the nearest one above it
+  mutable std::optional<QStringList> devices_;  ///< as listed last, nullopt when that is outdated
   QFileSystemWatcher watcher_;
   QTimer announcement_;
 };

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QSocketNotifier>
 #include <thread>
 
@@ -54,18 +53,6 @@ TEST_F(QtClockTest, WakesAtOnceWhenBytesArrive) {
   EXPECT_LT(waited, 500ms);
   close(ends[0]);
   close(ends[1]);
-}
-
-TEST_F(QtClockTest, SleepServesNothing) {
-  bool served = false;
-  QMetaObject::invokeMethod(
-      qApp, [&] { served = true; }, Qt::QueuedConnection);
-  const auto start = clock_.Monotonic();
-  clock_.Sleep(20ms);
-  EXPECT_GE(clock_.Monotonic() - start, 19ms);
-  EXPECT_FALSE(served);
-  clock_.ServeEvents(0ms);
-  EXPECT_TRUE(served);
 }
 
 }  // namespace
