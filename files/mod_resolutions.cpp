@@ -287,6 +287,8 @@ void ResolutionData::FetchResolutionData() {
     progress_.SetCaption("Saving file");
     WriteResolutionFile(kResolutionFileName);
     clock_.Sleep(kShowResult);
+    // What the operator did in the sleep still meets a running operation.
+    clock_.ServeEvents(std::chrono::milliseconds::zero());
   }
   progress_.Hide();
 }

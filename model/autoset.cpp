@@ -34,6 +34,8 @@ void Autoset::Run() {
   AwaitEnd();
   if (link_.PortOpen()) ReadAdjustments();
   if (link_.PortOpen()) clock_.Sleep(kShowResult);
+  // What the operator did in the last sleep still meets a running operation.
+  clock_.ServeEvents(milliseconds::zero());
   progress_.Hide();
 }
 

@@ -6,7 +6,10 @@
 #include <QCoreApplication>
 #include <QTest>
 #include <QTimerEvent>
+#include <algorithm>
 #include <chrono>
+#include <cstdio>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -21,11 +24,24 @@ namespace kalde2 {
 /// Time that passes only in waits; each wait also serves what Qt has pending.
 class QtFakeClock : public FakeClock {
  public:
+  std::function<void()> on_sleep;  ///< what is to be seen while everything stands still
+  int deepest_wait = 0;            ///< how many waits have stood inside one another at most
+
   void ServeEvents(std::chrono::milliseconds at_most) override {
+    deepest_wait = std::max(deepest_wait, ++waits_);
     QCoreApplication::processEvents();
     FakeClock::ServeEvents(at_most);
     QCoreApplication::processEvents();
+    --waits_;
   }
+
+  void Sleep(std::chrono::milliseconds duration) override {
+    if (on_sleep) on_sleep();
+    FakeClock::Sleep(duration);
+  }
+
+ private:
+  int waits_ = 0;
 };
 
 /// Ports that tests name.
@@ -121,6 +137,29 @@ class PanelFixture : public ::testing::Test {
     port.Receive(frame);
     Window().MSComm1_OnComm();
     Tick("TmrProcessMessage");
+  }
+
+  /// Presses a key with the focus on a control.
+  void Key(const char* control, Qt::Key key) {
+    auto* const widget = Find<QWidget>(control);
+    widget->setFocus();
+    QTest::keyClick(widget, key);
+  }
+
+  /// The request that writes a value to source 0x10, as it goes to the unit.
+  [[nodiscard]] static std::string WriteOf(int address, int value) {
+    constexpr int kFirst24Bits = 0xFFFFFF;
+    char body[32];
+    std::snprintf(body, sizeof body, "0410410%03X%06X", static_cast<unsigned>(address),
+                  static_cast<unsigned>(value & kFirst24Bits));
+    return EchoUnit::Framed(body);
+  }
+
+  /// The request that reads a parameter of source 0x10.
+  [[nodiscard]] static std::string ReadOf(int address) {
+    char body[32];
+    std::snprintf(body, sizeof body, "8410410%03X", static_cast<unsigned>(address));
+    return EchoUnit::Framed(body);
   }
 
   /// The frames written since the last call.
