@@ -195,8 +195,11 @@ class PanelFixture : public ::testing::Test {
       if (action.after.count() == 0) {
         now += action.bytes;
       } else {
+        // What comes for an earlier opening is lost with it.
         clock.After(std::chrono::duration_cast<std::chrono::milliseconds>(action.after),
-                    [this, bytes = action.bytes] { port.Receive(bytes); });
+                    [this, bytes = action.bytes, opening = port.setups.size()] {
+                      if (port.open && port.setups.size() == opening) port.Receive(bytes);
+                    });
       }
     }
     return now;
