@@ -165,9 +165,8 @@ TEST_F(Connection, PortNumberTakesDigitsAndColonOnly) {
   press(Qt::Key_Delete, "\x7f");
   EXPECT_EQ(box.text(), "09:");
 
-  Window().activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&Window()));
-  box.setFocus();
+  Focus(box);
+  ASSERT_TRUE(box.hasFocus());
   press(Qt::Key_Tab, "\t");
   EXPECT_FALSE(box.hasFocus());
   press(Qt::Key_Backtab, "");

@@ -122,6 +122,14 @@ class PanelFixture : public ::testing::Test {
     QTest::mouseClick(widget, Qt::LeftButton, {}, {widget->height() / 2, widget->height() / 2});
   }
 
+  /// Gives a control of the window the focus. The window is the active one afterwards, also when
+  /// the progress window was shown since.
+  void Focus(QWidget& control) {
+    Window().activateWindow();
+    QCoreApplication::processEvents();
+    control.setFocus();
+  }
+
   void Choose(const char* item) { Find<QAction>(item)->trigger(); }
 
   /// Lets a running timer of the window tick now. @return false where it does not run
