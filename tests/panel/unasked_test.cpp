@@ -1,1 +1,202 @@
+#include <algorithm>
+#include <tuple>
+#include <vector>
+
 #include "tests/support/panel_fixture.h"
+
+namespace kalde2 {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class UnaskedFrames : public PanelFixture {
+ protected:
+  void OpenSettled(int type = 35) {
+    StartAndOpen(type);
+    Tick("tmr_updatelstCommands");
+    (void)Written();
+  }
+
+  /// What arrives in one receive event.
+  void Arrive(std::string_view characters) {
+    port.Receive(characters);
+    Window().MSComm1_OnComm();
+  }
+
+  [[nodiscard]] std::string Changed(int address, std::int32_t value) {
+    return unit->ChangeAtFrontPanel(address, 16, value);
+  }
+
+  [[nodiscard]] bool RefreshAsked() { return Find<QTimer>("tmr_updatelstCommands")->isActive(); }
+  [[nodiscard]] bool Cutting() { return Find<QTimer>("TmrProcessMessage")->isActive(); }
+
+  [[nodiscard]] int LockMode() {
+    for (std::size_t i = 0; i < Form().opt_lock.size(); ++i) {
+      if (Form().opt_lock[i]->isChecked()) return static_cast<int>(i);
+    }
+    return -1;
+  }
+
+  /// What a control shows, as its value.
+  [[nodiscard]] static int Shown(const QWidget& control, bool vertical) {
+    if (const auto* pad = qobject_cast<const ArrowControl*>(&control)) {
+      return static_cast<int>(vertical ? pad->valueY() : pad->valueX());
+    }
+    if (const auto* combo = qobject_cast<const QComboBox*>(&control)) return combo->currentIndex();
+    if (const auto* box = qobject_cast<const QCheckBox*>(&control)) return box->isChecked() ? 1 : 0;
+    return dynamic_cast<const cpvSlider&>(control).Value();
+  }
+};
+
+TEST_F(UnaskedFrames, TestButtonFeedsMixAndShrinkEnable) {
+  OpenSettled();
+  EXPECT_FALSE(Form().cmd_test->isVisible());
+  Form().cmd_test->click();
+  EXPECT_EQ(LockMode(), 2);
+  EXPECT_TRUE(Form().chk_shrinkenable->isChecked());
+  EXPECT_TRUE(Form().Slider("slide_shrink")->isEnabled());
+  EXPECT_TRUE(RefreshAsked());
+  EXPECT_TRUE(Written().empty());
+}
+
+TEST_F(UnaskedFrames, MoveEveryTaggedControlAndSendNothing) {
+  OpenSettled();
+  struct Case {
+    int address;
+    std::int32_t value;
+    const char* control;
+    int shown;
+    bool vertical = false;
+  };
+  const Case cases[] = {
+      {130, 48, "cbo_program", 2},      {130, 99, "cbo_program", 0},
+      {329, 80, "cbo_lock", 4},         {131, 7, "cbo_resolution", 7},
+      {159, 30, "arr_zoompan", 30},     {160, 31, "arr_zoompan", 31, true},
+      {218, 32, "arr_shrinkposn", 32},  {219, 33, "arr_shrinkposn", 33, true},
+      {259, 200, "slide_zoom", 200},    {134, 300, "slide_zoom", 300},
+      {261, 400, "slide_zoomv", 400},   {260, 50, "slide_shrink", 50},
+      {135, 60, "slide_shrink", 60},    {262, 70, "slide_shrinkv", 70},
+      {135, 1000, "slide_shrink", 100}, {175, 1, "slide_ymin", 1},
+      {176, 2, "slide_umin", 2},        {177, 3, "slide_vmin", 3},
+      {178, 4, "slide_ymax", 4},        {179, 5, "slide_umax", 5},
+      {180, 6, "slide_vmax", 6},        {289, 7, "slide_softy", 7},
+      {291, 8, "slide_softu", 8},       {293, 9, "slide_softv", 9},
+      {295, 1, "chk_keyenable", 1},     {324, 1, "chk_swapforback", 1},
+      {398, 1, "chk_shrinkenable", 1},  {398, 0, "chk_shrinkenable", 0},
+  };
+  std::vector<QWidget*> tagged;
+  for (const Case& row : cases) {
+    SCOPED_TRACE(std::to_string(row.address) + " " + row.control);
+    auto* const control = Find<QWidget>(row.control);
+    tagged.push_back(control);
+    Unasked(Changed(row.address, row.value));
+    EXPECT_EQ(Shown(*control, row.vertical), row.shown);
+    EXPECT_EQ(panel->Unit().values.GetParamValue(row.address - kFirstAddress), row.value);
+    EXPECT_TRUE(RefreshAsked());
+    Tick("tmr_updatelstCommands");
+  }
+  // The table above leaves no control out.
+  for (const QWidget* const control : Window().findChildren<QWidget*>()) {
+    if (!control->property("Tag").isValid() || control->property("Tag").toString().isEmpty()) {
+      continue;
+    }
+    EXPECT_NE(std::ranges::find(tagged, control), tagged.end())
+        << control->objectName().toStdString();
+  }
+  EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
+  // The overall scales stand in for the horizontal ones, in the store as well.
+  EXPECT_EQ(panel->Unit().values.ParamValue(129), 300);
+  EXPECT_EQ(panel->Unit().values.ParamValue(130), 1000);
+  EXPECT_TRUE(Written().empty());
+}
+
+TEST_F(UnaskedFrames, LockModeAndAspectChangeTheForm) {
+  OpenSettled();
+  for (const auto& [value, mode, source_shown] :
+       {std::tuple{1, 1, true}, {0, 0, false}, {2, 2, true}, {3, -1, true}, {0, 0, false}}) {
+    Unasked(Changed(266, value));
+    EXPECT_EQ(LockMode(), mode);
+    EXPECT_EQ(Form().cbo_lock->isVisible(), source_shown) << value;
+    EXPECT_EQ(Form().lbl_locksource->isVisible(), source_shown) << value;
+  }
+  for (const bool advanced : {true, false}) {
+    Unasked(Changed(258, advanced ? 1 : 0));
+    EXPECT_EQ(Form().mnu_function_aspect->isChecked(), advanced);
+    for (const char* const name : {"lbl_shrinkv", "slide_shrinkv", "lbl_zoomv", "slide_zoomv"}) {
+      EXPECT_EQ(Find<QWidget>(name)->isHidden(), !advanced) << name;
+    }
+  }
+  EXPECT_TRUE(Written().empty());
+}
+
+TEST_F(UnaskedFrames, ValueThatAListDoesNotHaveAsksForNoRefresh) {
+  OpenSettled(22);  // offers no lock source
+  for (const auto& [address, value] : {std::pair{329, 16}, {131, 106}, {131, -2}}) {
+    Unasked(Changed(address, value));
+    EXPECT_FALSE(RefreshAsked()) << address << " " << value;
+    EXPECT_EQ(panel->Unit().values.GetParamValue(address - kFirstAddress), value);
+  }
+  Unasked(Changed(131, -1));
+  EXPECT_TRUE(RefreshAsked());
+  EXPECT_EQ(Form().cbo_resolution->currentIndex(), -1);
+}
+
+TEST_F(UnaskedFrames, AreCutFromPiecesOneATick) {
+  OpenSettled();
+  const std::string pan = Changed(159, 40);
+  const std::string zoom = Changed(259, 500);
+  const std::string key = Changed(175, 9);
+  EXPECT_EQ(Find<QTimer>("TmrProcessMessage")->interval(), 100);
+  EXPECT_FALSE(Cutting());
+  Arrive(pan.substr(0, 5));
+  EXPECT_TRUE(Cutting());
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 0);
+  Arrive("");
+  Arrive(pan.substr(5) + zoom + "\x11junk" + key);
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 40);
+  EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 100);
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 500);
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().Slider("slide_ymin")->Value(), 9);
+  EXPECT_FALSE(Cutting());
+  // What is cut out is gone: an older value does not come back.
+  for (int i = 1; i <= 60; ++i) Unasked(Changed(159, i));
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 60);
+  EXPECT_EQ(Form().Slider("slide_ymin")->Value(), 9);
+}
+
+TEST_F(UnaskedFrames, AreLeftInThePortWhileATransactionOwnsIt) {
+  OpenSettled();
+  ASSERT_EQ(unit->Faults().Add("silent"), std::nullopt);
+  Form().chk_keyenable->click();
+  Arrive(Changed(159, 40));
+  EXPECT_FALSE(Cutting());
+  unit->Faults().Clear();
+  Form().chk_keyenable->click();
+  Arrive(Changed(160, 41));
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 0);  // thrown away by the transaction
+  EXPECT_EQ(Form().arr_zoompan->valueY(), 41);
+  EXPECT_FALSE(Form().chk_keyenable->isChecked());
+}
+
+TEST_F(UnaskedFrames, AreNotAppliedAfterAFailedDetectionNorReadFromAClosedPort) {
+  OpenSettled();
+  Arrive(Changed(159, 40));
+  Press("Cmd_openclose");
+  EXPECT_FALSE(Cutting());
+  Arrive(Changed(159, 41));
+  EXPECT_FALSE(Cutting());
+  ASSERT_EQ(unit->Faults().Add("silent"), std::nullopt);
+  Press("Cmd_openclose");
+  ASSERT_EQ(boxes.shown.size(), 1U);
+  panel->Link().ParseReply(Changed(159, 42));
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 0);
+  EXPECT_FALSE(RefreshAsked());
+}
+
+}  // namespace
+}  // namespace kalde2
