@@ -127,17 +127,15 @@ void CommandEditor::txt_commandval_Enter() {
 
 /// Stores and sends. Each parameter counts as a control of its own while the sending has to wait.
 void CommandEditor::Change(std::int32_t value) {
-  if (queue_.IsBulk()) return;
   const int index = current_command_;
   const std::int16_t source = list_.WriteSource(index);
-  const auto store = [this, index, value] { values_.StoreParamValue(index, value); };
-  store();
-  queue_.Do("lst_commands:" + std::to_string(index), [this, store, index, value, source] {
-    store();
+  const auto send = [this, index, value, source] {
     (void)link_.SendParameter(kWrite, source, value,
                               static_cast<std::int16_t>(index + kFirstAddress));
     refresh_.Enable();
-  });
+  };
+  queue_.Do("lst_commands:" + std::to_string(index), send,
+            [this, index, value] { values_.StoreParamValue(index, value); });
 }
 
 }  // namespace kalde2

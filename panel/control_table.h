@@ -77,6 +77,9 @@ inline constexpr auto kLockModes = std::to_array<LockModeRow>({
     {"opt_lockmix",     "Mix",     2},
 });
 
+/// What the three option buttons count as while a change has to wait: one control.
+inline constexpr const char* kLockModeControl = "opt_lock";
+
 /// One key limit or softness of the black preset, in the order in which they are written.
 struct PresetRow {
   const char* slider;

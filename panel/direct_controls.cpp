@@ -31,10 +31,11 @@ DirectControls::DirectControls(VornikForm& form, CommandLink& link, ValueStore& 
 
 /// Sends the writes in order, then records. What is recorded is recorded before, too: a handler
 /// that runs inside the waits goes by the newest values.
-void DirectControls::Send(const std::string& control, std::vector<Write> writes, Refresh refresh) {
-  if (queue_.IsBulk()) return;
-  Record(writes);
-  queue_.Do(control, [this, writes = std::move(writes), refresh] { SendNow(writes, refresh); });
+void DirectControls::Send(std::string_view control, const std::vector<Write>& writes,
+                          Refresh refresh) {
+  queue_.Do(
+      control, [this, writes, refresh] { SendNow(writes, refresh); },
+      [this, writes] { Record(writes); });
 }
 
 void DirectControls::SendNow(const std::vector<Write>& writes, Refresh refresh) {
@@ -100,7 +101,7 @@ void DirectControls::CheckChanged(const CheckRow& row, bool checked) {
 
 void DirectControls::LockModeClicked(const LockModeRow& row) {
   form_.SetLockSourceVisible(row.value != 0);
-  Send(row.name, {WriteAndRecord(address::kLockMode, row.value)}, Refresh::kYes);
+  Send(kLockModeControl, {WriteAndRecord(address::kLockMode, row.value)}, Refresh::kYes);
 }
 
 void DirectControls::LockSourceSelected() {
@@ -152,14 +153,14 @@ void DirectControls::Black() {
     form_.Slider(row.slider)->setValue(row.value);
     writes.push_back(WriteAndRecord(row.address, row.value));
   }
-  Send("cmd_black", std::move(writes), Refresh::kYes);
+  Send("cmd_black", writes, Refresh::kYes);
 }
 
-void DirectControls::ShrinkTo(const char* button, std::int32_t percent) {
+void DirectControls::ShrinkTo(std::int32_t percent) {
   if (queue_.IsBulk()) return;
   const QString horizontal = form_.arr_shrinkposn->property("Tag").toString();
   form_.Slider("slide_shrink")->setValue(percent);
-  Send(button,
+  Send("cmd_overscan",
        {{address::kShrink, percent, kRecordedShrink},
         {address::kShrinkEnable, kOn, {}},
         WriteAndRecord(horizontal.toShort(), kCentre),

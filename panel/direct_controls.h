@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "files/dialogs.h"
@@ -54,7 +54,7 @@ class DirectControls {
 
   /// Shrink to a percentage, enabled and centred. 90 is recorded whatever was sent: after an
   /// overscan the unit holds 100 and the command list shows 90, which is intended.
-  void ShrinkTo(const char* button, std::int32_t percent);
+  void ShrinkTo(std::int32_t percent);
 
   /// Ask first, then send.
   void Store();
@@ -71,7 +71,7 @@ class DirectControls {
   static Write WriteAndRecord(std::int16_t address, std::int32_t value) {
     return {address, value, value};
   }
-  void Send(const std::string& control, std::vector<Write> writes, Refresh refresh);
+  void Send(std::string_view control, const std::vector<Write>& writes, Refresh refresh);
   void SendNow(const std::vector<Write>& writes, Refresh refresh);
   [[nodiscard]] std::vector<Write> LockSourceWrites() const;
   [[nodiscard]] std::vector<Write> ProgramWrites() const;

@@ -252,8 +252,8 @@ void frm_vornik::ConnectControls() {
   };
   on_click(form_.cmd_fade, [&direct] { direct.Fade(); });
   on_click(form_.cmd_black, [&direct] { direct.Black(); });
-  on_click(form_.cmd_overscan, [&direct] { direct.ShrinkTo("cmd_overscan", kOverscan); });
-  on_click(form_.cmd_underscan, [&direct] { direct.ShrinkTo("cmd_underscan", kUnderscan); });
+  on_click(form_.cmd_overscan, [&direct] { direct.ShrinkTo(kOverscan); });
+  on_click(form_.cmd_underscan, [&direct] { direct.ShrinkTo(kUnderscan); });
   on_click(form_.cmd_autoset, [this] { cmd_autoset_Click(); });
   on_click(form_.cmd_commandMinus, [&editor] { editor.cmd_commandMinus_Click(); });
   on_click(form_.cmd_commandplus, [&editor] { editor.cmd_commandplus_Click(); });

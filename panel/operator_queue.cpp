@@ -8,7 +8,7 @@
 namespace kalde2 {
 
 bool OperatorQueue::HasKept(std::string_view control) const {
-  return std::ranges::any_of(kept_, [control](const Kept& kept) {
+  return std::ranges::any_of(kept_, [control](const Task& kept) {
     return kept.control.starts_with(control) &&
            (kept.control.size() == control.size() || kept.control[control.size()] == kPartMark);
   });
@@ -19,30 +19,31 @@ void OperatorQueue::Abandon() {
   abandoned_ = running_;
 }
 
-void OperatorQueue::Submit(std::string_view control, Job job, bool bulk) {
+void OperatorQueue::Submit(Task task) {
   if (IsBulk()) return;
+  if (task.note) task.note();
   if (IsBusy()) {
-    Keep(control, std::move(job), bulk);
+    Keep(std::move(task));
     return;
   }
-  Run(job, bulk);
+  Run(task);
   RunKept();
 }
 
-void OperatorQueue::Keep(std::string_view control, Job job, bool bulk) {
-  const auto same = std::ranges::find(kept_, control, &Kept::control);
+void OperatorQueue::Keep(Task task) {
+  const auto same = std::ranges::find(kept_, task.control, &Task::control);
   if (same != kept_.end()) {
-    same->job = std::move(job);
+    *same = std::move(task);
   } else {
-    kept_.push_back({std::string(control), std::move(job), bulk});
+    kept_.push_back(std::move(task));
   }
 }
 
-void OperatorQueue::Run(const Job& job, bool bulk) {
+void OperatorQueue::Run(const Task& task) {
   const ScopedFlag running(running_);
-  const ScopedFlag in_bulk(bulk_, bulk);
+  const ScopedFlag in_bulk(bulk_, task.bulk);
   try {
-    job();
+    task.job();
   } catch (const Fault&) {
     // Ends this job only.
   }
@@ -51,9 +52,20 @@ void OperatorQueue::Run(const Job& job, bool bulk) {
 
 void OperatorQueue::RunKept() {
   while (!kept_.empty()) {
-    const Kept next = std::move(kept_.front());
+    NoteKept();
+    const Task next = std::move(kept_.front());
     kept_.pop_front();
-    Run(next.job, next.bulk);
+    Run(next);
+  }
+}
+
+void OperatorQueue::NoteKept() const {
+  for (const Task& kept : kept_) {
+    try {
+      if (kept.note) kept.note();
+    } catch (const Fault&) {
+      // The others are noted all the same.
+    }
   }
 }
 

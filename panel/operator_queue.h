@@ -25,10 +25,17 @@ class OperatorQueue {
 
   /// Runs a job, or keeps it, replacing the one that is kept for the same control. A Fault ends the
   /// job without a word.
-  void Do(std::string_view control, Job job) { Submit(control, std::move(job), false); }
+  /// @param note puts down what the operator wants: at once, and again before each job that is run
+  ///   while this one is kept, for the replies to older requests may have overwritten it
+  /// @throws Fault from the first `note`; nothing is run or kept then
+  void Do(std::string_view control, Job job, Job note = {}) {
+    Submit({std::string(control), std::move(job), std::move(note), false});
+  }
 
   /// The same for a bulk operation.
-  void DoInBulk(std::string_view control, Job job) { Submit(control, std::move(job), true); }
+  void DoInBulk(std::string_view control, Job job) {
+    Submit({std::string(control), std::move(job), {}, true});
+  }
 
   /// True while a bulk operation runs: input to the unit's controls does nothing.
   [[nodiscard]] bool IsBulk() const { return bulk_ && !abandoned_; }
@@ -42,20 +49,22 @@ class OperatorQueue {
   void Abandon();
 
  private:
-  struct Kept {
+  struct Task {
     std::string control;
     Job job;
+    Job note;
     bool bulk;
   };
 
   [[nodiscard]] bool IsBusy() const { return running_ || link_.IsWaiting(); }
-  void Submit(std::string_view control, Job job, bool bulk);
-  void Keep(std::string_view control, Job job, bool bulk);
-  void Run(const Job& job, bool bulk);
+  void Submit(Task task);
+  void Keep(Task task);
+  void Run(const Task& task);
   void RunKept();
+  void NoteKept() const;
 
   const CommandLink& link_;
-  std::list<Kept> kept_;
+  std::list<Task> kept_;
   bool running_ = false;
   bool bulk_ = false;
   bool abandoned_ = false;

@@ -25,9 +25,7 @@ void ReplyPainter::ShowAspectAdjust(bool advanced) {
 }
 
 void ReplyPainter::ShowLockMode(std::int32_t value) {
-  for (const QRadioButton* const mode : form_.opt_lock) {
-    if (HasNewer(*mode)) return;
-  }
+  if (queue_ != nullptr && queue_->HasKept(kLockModeControl)) return;
   form_.SelectLockMode(value);
   // The option buttons' own effect: genlock and mix have a source, off has none.
   if (value >= 0 && static_cast<std::size_t>(value) < kLockModes.size()) {

@@ -1,1 +1,194 @@
+#include <gmock/gmock.h>
+
+#include <set>
+
 #include "tests/support/panel_fixture.h"
+
+namespace kalde2 {
+namespace {
+
+using Frames = std::vector<std::string>;
+using std::chrono::milliseconds;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr int kLatency = 100;
+
+/// An open panel with a unit that answers 100 ms late, so that what the operator does `During` the
+/// waits falls into the transaction of what he did first.
+class OperatorQueueTest : public PanelFixture {
+ protected:
+  void SetUp() override {
+    StartAndOpen(32);
+    ASSERT_FALSE(unit->Faults().Add("late=" + std::to_string(kLatency)));
+    Form().tmr_updatelstCommands->stop();
+    (void)Written();
+  }
+  void TearDown() override { EXPECT_EQ(clock.deepest_wait, 1) << "waits never nest"; }
+
+  /// Does something in the wait for reply number `reply` (from 0) of those still to come.
+  void During(int reply, std::function<void()> act) {
+    clock.After(milliseconds(reply * kLatency + kLatency / 2), std::move(act));
+  }
+
+  [[nodiscard]] std::int32_t Recorded(int address) {
+    return panel->Unit().values.GetParamValue(address - kFirstAddress);
+  }
+
+  void StepPad(int arrow) {
+    QTest::mouseClick(
+        Form().arr_zoompan->findChild<QWidget*>(QStringLiteral("pic_arrow_%1").arg(arrow)),
+        Qt::LeftButton);
+  }
+};
+
+TEST_F(OperatorQueueTest, ADragEndsOnItsLastValueWithNothingSentTwice) {
+  cpvSlider* const zoom = Form().Slider("slide_zoom");
+  const QPoint handle(zoom->height() / 2, zoom->height() / 2);
+  constexpr int kMoves = 40;
+  constexpr int kInterval = 15;
+  int last = 0;
+  const auto move = [&](int i) {
+    EXPECT_TRUE(last == 0 || last == zoom->Value()) << "an echo moved it under the hand";
+    QTest::mouseMove(zoom, handle + QPoint(3 * i, 0));
+    last = zoom->Value();
+  };
+  for (int i = 2; i <= kMoves; ++i) {
+    clock.After(milliseconds(kInterval * i), [&move, i] { move(i); });
+  }
+  clock.After(milliseconds(kInterval * kMoves + 1), [&] {
+    QTest::mouseRelease(zoom, Qt::LeftButton, {}, handle + QPoint(3 * kMoves, 0));
+  });
+  QTest::mousePress(zoom, Qt::LeftButton, {}, handle);
+  ASSERT_TRUE(zoom->isSliderDown());
+  QTest::mouseMove(zoom, handle + QPoint(3, 0));
+
+  const Frames frames = Written();
+  EXPECT_LT(frames.size(), static_cast<std::size_t>(kMoves));
+  EXPECT_GT(frames.size(), 3U);
+  EXPECT_EQ(std::set(frames.begin(), frames.end()).size(), frames.size());
+  EXPECT_EQ(frames.back(), WriteOf(134, last));
+  EXPECT_EQ(zoom->Value(), last);
+  EXPECT_EQ(unit->Value(134, 16), last);
+}
+
+TEST_F(OperatorQueueTest, SendsTheNewestOfEachInOrderOfFirstChange) {
+  During(0, [this] {
+    Key("slide_zoom", Qt::Key_End);
+    Press("chk_keyenable");
+    Choose("cmd_function_strore");
+    Key("cbo_program", Qt::Key_End);
+    Key("slide_zoom", Qt::Key_PageDown);
+    Press("chk_keyenable");
+    Key("slide_zoom", Qt::Key_Left);
+    EXPECT_THAT(boxes.confirmations, IsEmpty()) << "asked when its turn comes";
+  });
+  Press("cmd_fade");
+  const int zoom = Form().Slider("slide_zoom")->Value();
+  EXPECT_LT(zoom, 1000);
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(403, 1), WriteOf(134, zoom), WriteOf(295, 0),
+                                     WriteOf(200, 1), WriteOf(130, 80), WriteOf(278, 80)));
+  EXPECT_EQ(boxes.confirmations.size(), 1U);
+}
+
+TEST_F(OperatorQueueTest, RelativeStepsCountFromTheNewestWish) {
+  QListWidget& list = *Form().lst_commands;
+  const auto line = list.findItems("Zoom Pan H", Qt::MatchStartsWith);
+  ASSERT_FALSE(line.isEmpty());
+  list.scrollToItem(line.front());
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                    list.visualItemRect(line.front()).center());
+  const auto plus = [this] { Press("cmd_commandplus"); };
+  During(0, plus);
+  During(0, plus);
+  plus();
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(159, 1), WriteOf(159, 3)));
+  EXPECT_EQ(unit->Value(159, 16), 3);
+  EXPECT_EQ(Form().txt_commandval->text(), "3");
+
+  // The echo of the first step comes before the second is sent and the third pressed.
+  During(0, [&] {
+    Press("cmd_fade");
+    plus();
+  });
+  During(1, plus);
+  plus();
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(159, 4), WriteOf(403, 1), WriteOf(159, 6)));
+  EXPECT_EQ(Recorded(159), 6);
+}
+
+TEST_F(OperatorQueueTest, FadeGoesToAndFroHoweverFastItIsPressed) {
+  During(0, [this] { Press("cmd_fade"); });
+  During(1, [this] { Press("cmd_fade"); });
+  Press("cmd_fade");
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(403, 1), WriteOf(403, -1), WriteOf(403, 1)));
+}
+
+TEST_F(OperatorQueueTest, BothAxesOfAPadArrive) {
+  constexpr int kRight = 2;
+  constexpr int kDown = 3;
+  During(0, [&] { StepPad(kRight); });
+  During(1, [&] { StepPad(kDown); });
+  StepPad(kRight);
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(159, 1), WriteOf(159, 2), WriteOf(160, 1)));
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 2);
+  EXPECT_EQ(Form().arr_zoompan->valueY(), 1);
+}
+
+TEST_F(OperatorQueueTest, ButtonsOfOneSettingEndOnTheOnePressedLast) {
+  During(0, [this] {
+    for (const char* mode : {"opt_lockoff", "opt_lockmix", "opt_lockoff"}) Press(mode);
+    for (const char* button : {"cmd_overscan", "cmd_underscan", "cmd_overscan"}) Press(button);
+  });
+  Press("opt_lockgenlock");
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(266, 1), WriteOf(266, 0), WriteOf(135, 100),
+                                     WriteOf(398, 1), WriteOf(218, 50), WriteOf(219, 50)));
+  EXPECT_TRUE(Form().opt_lock[0]->isChecked());
+  EXPECT_FALSE(Form().cbo_lock->isVisible());
+}
+
+TEST_F(OperatorQueueTest, AnEchoMovesNoControlWithANewerChange) {
+  cpvSlider* const zoom = Form().Slider("slide_zoom");
+  std::vector<int> shown;
+  const auto look = [&] {
+    shown = {zoom->Value(), Form().chk_keyenable->isChecked(), Form().cbo_program->currentIndex(),
+             Form().opt_lock[2]->isChecked()};
+  };
+  During(0, [this] { Press("cmd_fade"); });
+  // In the wait of fade, ahead of everything below, older values of all of them arrive.
+  During(0, [&] {
+    Key("slide_zoom", Qt::Key_End);
+    Press("chk_keyenable");
+    Key("cbo_program", Qt::Key_End);
+    Press("opt_lockmix");
+    for (const auto& [address, value] : {std::pair{134, 150}, {295, 0}, {130, 16}, {266, 0}}) {
+      std::string frame = WriteOf(address, value);
+      panel->Link().ParseReply(frame.replace(1, 2, "44"));
+    }
+    look();
+  });
+  Press("cmd_black");
+  EXPECT_THAT(shown, ElementsAre(1000, 1, 4, 1));
+  look();
+  EXPECT_THAT(shown, ElementsAre(1000, 1, 4, 1));
+  EXPECT_EQ(unit->Value(134, 16), 1000);
+}
+
+TEST_F(OperatorQueueTest, ClosingForgetsWhatWaitsAndReopeningFollows) {
+  ASSERT_FALSE(unit->Faults().Add("silent-for=1"));
+  During(0, [this] {
+    Key("slide_zoom", Qt::Key_End);
+    Press("Cmd_openclose");
+    EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
+    Press("Cmd_openclose");
+  });
+  Press("cmd_fade");
+  EXPECT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6150");
+  const Frames frames = Written();
+  EXPECT_THAT(frames, ::testing::Contains(ReadOf(0xC4)));
+  EXPECT_THAT(frames, ::testing::Not(::testing::Contains(WriteOf(134, 1000))));
+  EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+}  // namespace
+}  // namespace kalde2
