@@ -145,6 +145,7 @@ void cpvSlider::keyPressEvent(QKeyEvent* event) {
 void cpvSlider::mousePressEvent(QMouseEvent* event) {
   last_press_on_handle_ =
       event->button() == Qt::LeftButton && HandleRect().contains(event->position().toPoint());
+  right_pressed_ = event->button() == Qt::RightButton;
   QSlider::mousePressEvent(event);
   if (show_value_tip_ && isSliderDown()) ShowTip();
 }
@@ -152,10 +153,11 @@ void cpvSlider::mousePressEvent(QMouseEvent* event) {
 void cpvSlider::mouseReleaseEvent(QMouseEvent* event) {
   QSlider::mouseReleaseEvent(event);
   if (show_value_tip_ && !isSliderDown()) QToolTip::hideText();
-  if (event->button() == Qt::RightButton && rect().contains(event->position().toPoint())) {
-    OpenFineAdjust();
-    event->accept();
-  }
+  if (event->button() != Qt::RightButton) return;
+  // A release alone is no click: its press may have been kept from the slider.
+  const bool clicked = std::exchange(right_pressed_, false);
+  if (clicked && rect().contains(event->position().toPoint())) OpenFineAdjust();
+  event->accept();
 }
 
 void cpvSlider::mouseDoubleClickEvent(QMouseEvent* event) {

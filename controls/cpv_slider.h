@@ -142,6 +142,7 @@ class cpvSlider : public QSlider {
   bool set_by_code_ = false;  ///< the change under way comes from a setter
   bool last_press_on_handle_ =
       false;  ///< a double click counts only if both presses hit the handle
+  bool right_pressed_ = false;
   FineAdjustPopup* fine_adjust_ = nullptr;
 };
 

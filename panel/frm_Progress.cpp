@@ -1,5 +1,7 @@
 #include "panel/frm_Progress.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QStyleOptionProgressBar>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -32,6 +34,7 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
   setObjectName(QStringLiteral("frm_Progress"));
   setWindowTitle(QStringLiteral("Progress"));
   setModal(false);
+  setAttribute(Qt::WA_ShowWithoutActivating);
   lbl_progress->setObjectName(QStringLiteral("lbl_progress"));
   lbl_progress->setTextFormat(Qt::PlainText);
   ProgressBar->setObjectName(QStringLiteral("ProgressBar"));
@@ -56,6 +59,14 @@ void frm_Progress::Show() {
 
 void frm_Progress::Hide() {
   hide();
+}
+
+void frm_Progress::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    QCoreApplication::sendEvent(parentWidget(), event);
+  } else {
+    QDialog::keyPressEvent(event);
+  }
 }
 
 void frm_Progress::SetCaption(std::string_view text) {

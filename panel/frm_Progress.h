@@ -21,7 +21,8 @@ class StillProgressBar : public QProgressBar {
 };
 
 /// The progress window of long transfers: a label `lbl_progress` and a bar `ProgressBar`. Modeless
-/// and owned by the main window. Closing it only takes it out of sight; the transfer goes on.
+/// and owned by the main window, which keeps the keyboard. Closing it only takes it out of sight;
+/// the transfer goes on. Esc is the main window's, as it is there.
 class frm_Progress : public QDialog, public ProgressView {
   Q_OBJECT
 
@@ -35,6 +36,9 @@ class frm_Progress : public QDialog, public ProgressView {
   void SetCaption(std::string_view text) override;
   void SetRange(int minimum, int maximum) override;
   void SetValue(int value) override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   Clock& clock_;

@@ -14,6 +14,9 @@ bool IsInput(const QEvent& event) {
     case QEvent::Wheel:
     case QEvent::ContextMenu:
     case QEvent::Shortcut:
+    case QEvent::InputMethod:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:
     case QEvent::TabletPress:

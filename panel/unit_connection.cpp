@@ -133,6 +133,7 @@ void UnitConnection::ReportFailure(bool answered) {
 
 void UnitConnection::ShutPort() {
   port_.Close();
+  progress_.Hide();
   form_.ShowClosed();
 }
 

@@ -35,7 +35,8 @@ class UnitConnection {
   /// Closes the port and the panel.
   void Close();
 
-  /// Closes the port and says so on the form, without touching the panel: the program ends.
+  /// Closes the port and says so on the form, without touching the panel's controls: the program
+  /// ends.
   void ShutPort();
 
   /// True once the unit has answered and is supported.

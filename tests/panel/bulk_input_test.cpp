@@ -1,1 +1,199 @@
+#include <gmock/gmock.h>
+
+#include <QDialog>
+#include <QWheelEvent>
+#include <filesystem>
+
 #include "tests/support/panel_fixture.h"
+
+namespace kalde2 {
+namespace {
+
+using Frames = std::vector<std::string>;
+using std::chrono::milliseconds;
+using ::testing::IsEmpty;
+
+/// An operation that keeps the unit to itself.
+struct Operation {
+  const char* starter;       ///< the button or menu item
+  milliseconds well_inside;  ///< a moment in one of its waits for a reply
+  const char* name;
+};
+
+constexpr int kLatency = 5;
+
+constexpr Operation kOperations[] = {
+    {"Cmd_openclose", milliseconds(2), "Detection"},
+    {"Cmd_openclose", milliseconds(302), "Connectivity"},
+    {"mnu_clone_read", milliseconds(202), "CloneRead"},
+    {"menu_clone_write", milliseconds(202), "CloneWrite"},
+    {"mnu_function_refreshRes", milliseconds(202), "Fetch"},
+    {"cmd_autoset", milliseconds(2007), "Autoset"},
+};
+
+/// A panel that is about to start one of the operations, with a unit that answers after 5 ms.
+class BulkInputTest : public PanelFixture, public ::testing::WithParamInterface<Operation> {
+ protected:
+  void SetUp() override {
+    std::filesystem::remove("resdata.txt");
+    StartAndOpen(32);
+    Choose("mnu_function_advanced");
+    Choose("mnu_function_aspect");
+    panel->Unit().values.SetParamValue(ValueStore::kCurrentSource, 48);
+    if (IsOpening()) Press("Cmd_openclose");
+    ASSERT_FALSE(unit->Faults().Add("late=" + std::to_string(kLatency)));
+    (void)Written();
+  }
+
+  [[nodiscard]] static bool IsOpening() {
+    return GetParam().starter == std::string_view("Cmd_openclose");
+  }
+
+  /// Runs the operation and does something in its midst. @return the frames of the operation
+  Frames RunAnd(std::function<void()> act) {
+    bool acted = false;
+    clock.After(GetParam().well_inside, [&] {
+      acted = true;
+      act();
+    });
+    if (auto* const button = Window().findChild<QAbstractButton*>(GetParam().starter)) {
+      QTest::mouseClick(button, Qt::LeftButton);
+    } else {
+      Choose(GetParam().starter);
+    }
+    EXPECT_TRUE(acted) << "the operation was over before";
+    EXPECT_EQ(clock.deepest_wait, 1);
+    return Written();
+  }
+
+  /// All that can be seen of the unit's controls.
+  [[nodiscard]] std::map<QString, QString> Appearance() {
+    std::map<QString, QString> seen;
+    for (const QWidget* const widget :
+         Form().fra_control->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      QString& text = seen[widget->objectName()];
+      for (const char* property : {"enabled", "visible", "text", "checked", "Value", "valueX",
+                                   "valueY", "currentIndex", "currentRow"}) {
+        text += widget->property(property).toString() + QLatin1Char('|');
+      }
+    }
+    return seen;
+  }
+
+  /// Every kind of input to one control.
+  static void Poke(QWidget* widget) {
+    const QPoint middle(widget->height() / 2, widget->height() / 2);
+    QTest::mouseClick(widget, Qt::LeftButton, {}, middle);
+    QTest::mouseDClick(widget, Qt::LeftButton, {}, middle);
+    QTest::mouseClick(widget, Qt::RightButton, {}, middle);
+    widget->setFocus();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Down, Qt::Key_Right, Qt::Key_PageUp,
+                              Qt::Key_End, Qt::Key_Return, Qt::Key_7}) {
+      QTest::keyClick(widget, key);
+    }
+    QWheelEvent wheel(middle, widget->mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(widget, &wheel);
+  }
+
+  void PokeEverything() {
+    for (QWidget* const widget : Form().fra_control->findChildren<QWidget*>()) {
+      if (widget->isVisible()) Poke(widget);
+    }
+    for (const char* item :
+         {"mnu_file_load", "mnu_file_save", "mnu_clone_read", "menu_clone_write",
+          "mnu_function_refreshRes", "cmd_function_strore", "mnu_function_reset"}) {
+      Choose(item);
+    }
+    QTest::keyClick(&Window(), Qt::Key_B, Qt::AltModifier);
+  }
+};
+
+TEST_P(BulkInputTest, InputToTheUnitsControlsDoesNothing) {
+  const Frames undisturbed = RunAnd([] {});
+  if (IsOpening()) Press("Cmd_openclose");
+
+  const Frames frames = RunAnd([this] {
+    const auto before = Appearance();
+    PokeEverything();
+    EXPECT_EQ(Appearance(), before);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  });
+  EXPECT_EQ(frames, undisturbed);
+  EXPECT_THAT(boxes.shown, IsEmpty());
+  EXPECT_THAT(boxes.confirmations, IsEmpty());
+  EXPECT_TRUE(dialogs.opened.empty() && dialogs.saved.empty());
+}
+
+TEST_P(BulkInputTest, WhatEndsItEndsItCleanly) {
+  const std::pair<const char*, std::function<void()>> ends_by[] = {
+      {"Close Port", [this] { Press("Cmd_openclose"); }},
+      {"Esc", [this] { QTest::keyClick(Form().lst_commands, Qt::Key_Escape); }},
+      {"Esc in the progress window",
+       [this] { QTest::keyClick(&panel->Progress(), Qt::Key_Escape); }},
+      {"Exit", [this] { Choose("mnu_file_exit"); }},
+      {"the window's close button", [this] { Window().close(); }},
+  };
+  for (const auto& [name, end] : ends_by) {
+    SCOPED_TRACE(name);
+    Window().show();
+    if (!IsOpening() && !port.open) {
+      unit->Faults().Clear();
+      Press("Cmd_openclose");
+      ASSERT_FALSE(unit->Faults().Add("late=" + std::to_string(kLatency)));
+      panel->Unit().values.SetParamValue(ValueStore::kCurrentSource, 48);
+      (void)Written();
+    }
+    std::size_t written = 0;
+    const Frames frames = RunAnd([&, act = end] {
+      act();
+      written = port.written.size();
+    });
+    EXPECT_EQ(frames.size(), written) << "nothing is sent any more";
+    EXPECT_FALSE(port.open);
+    EXPECT_FALSE(panel->Progress().isVisible());
+    EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
+    EXPECT_THAT(boxes.shown, IsEmpty());
+    EXPECT_FALSE(std::filesystem::exists("resdata.txt"));
+    if (!IsOpening()) {
+      EXPECT_EQ(panel->Unit().values.ParamValue(ValueStore::kCurrentSource), 48);
+    }
+    clock.ServeEvents(milliseconds(kLatency));  // what is late finds nobody
+  }
+  EXPECT_EQ(ends, 2);
+}
+
+TEST_P(BulkInputTest, AboutOpensBesideIt) {
+  const Frames undisturbed = RunAnd([] {});
+  if (IsOpening()) Press("Cmd_openclose");
+  EXPECT_EQ(RunAnd([this] {
+              Choose("mnu_about");
+              auto* const about = Find<QDialog>("frm_About");
+              EXPECT_TRUE(about->isVisible());
+              EXPECT_FALSE(about->isModal());
+              QTest::keyClick(about, Qt::Key_Return);
+              EXPECT_FALSE(about->isVisible());
+            }),
+            undisturbed);
+}
+
+TEST_P(BulkInputTest, ClosingAndReopeningAtOnceStartsAfresh) {
+  const Frames frames = RunAnd([this] {
+    Press("Cmd_openclose");
+    EXPECT_FALSE(panel->Progress().isVisible());
+    // The reply that is still due would be taken for the answer to the first question.
+    clock.Advance(milliseconds(kLatency));
+    Press("Cmd_openclose");
+  });
+  EXPECT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6150");
+  EXPECT_EQ(frames.back(), WriteOf(278, 16));
+  EXPECT_GT(Form().lst_commands->count(), 40);
+  EXPECT_FALSE(panel->Progress().isVisible());
+  EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, BulkInputTest, ::testing::ValuesIn(kOperations),
+                         [](const auto& operation) { return operation.param.name; });
+
+}  // namespace
+}  // namespace kalde2
