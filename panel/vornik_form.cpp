@@ -19,7 +19,10 @@ constexpr double kDefaultFontPixels = 12.0;
 
 constexpr int kMargin = 8;
 constexpr int kGap = 6;
-constexpr int kRowGap = 3;
+constexpr int kRowGap = 5;
+
+/// Width of the window at the default font, wide enough for the names of the resolutions.
+constexpr int kInitialWidth = 860;
 
 constexpr int kProcessInterval = 100;   // milliseconds between two unasked frames
 constexpr int kRefreshInterval = 1000;  // milliseconds from a change to the rebuilt command list
@@ -83,6 +86,7 @@ VornikForm::VornikForm(QMainWindow& window) : window_(window) {
   SetTabOrder();
   CollectReplyControls();
   SetAdvancedHeight(false);
+  window_.resize(Scaled(kInitialWidth), window_.height());
   SetAspectVisible(false);
   for (QWidget* const widget : std::initializer_list<QWidget*>{
            arr_shrinkposn, chk_shrinkenable, lbl_shrink, Slider("slide_shrink")}) {
@@ -340,7 +344,7 @@ void VornikForm::LayOutControls() {
   grid->setVerticalSpacing(0);
   grid->addLayout(left, 0, 0);
   grid->addLayout(LayOutCommands(), 0, 1);
-  grid->addLayout(LayOutShrink(), 1, 0, 1, 2);
+  grid->addLayout(LayOutShrink(), 1, 0);
   grid->setColumnStretch(0, 3);
   grid->setColumnStretch(1, 2);
   grid->setRowStretch(0, 1);
@@ -433,6 +437,8 @@ QBoxLayout* VornikForm::LayOutCommands() {
     step->setFixedWidth(square * 3 / 2);
     editor->addWidget(step);
   }
+  constexpr int kLineCharacters = 40;  // "Swap Fore / Background : Off" and the like
+  lst_commands->setMinimumWidth(lst_commands->fontMetrics().averageCharWidth() * kLineCharacters);
   auto* const column = new QVBoxLayout;
   column->setSpacing(kRowGap);
   column->setContentsMargins(0, 0, 0, kMargin);
@@ -442,8 +448,9 @@ QBoxLayout* VornikForm::LayOutCommands() {
   return column;
 }
 
-QBoxLayout* VornikForm::LayOutShrink() {
+QGridLayout* VornikForm::LayOutShrink() {
   QGridLayout* const grid = NewGrid();
+  grid->setContentsMargins(0, 0, 0, kRowGap);
   lbl_shrink = Caption("lbl_shrink", "Shrink (%)", Slider("slide_shrink"));
   lbl_shrinkv = Caption("lbl_shrinkv", "Shrink V (%)", Slider("slide_shrinkv"));
   grid->addWidget(chk_shrinkenable, 0, 0, 1, 2);
@@ -451,19 +458,14 @@ QBoxLayout* VornikForm::LayOutShrink() {
   grid->addWidget(Slider("slide_shrink"), 1, 1);
   grid->addWidget(lbl_shrinkv, 2, 0);
   grid->addWidget(Slider("slide_shrinkv"), 2, 1);
+  grid->addWidget(arr_shrinkposn, 0, 2, 3, 1);
   for (QWidget* const widget : std::initializer_list<QWidget*>{
            chk_shrinkenable, lbl_shrink, lbl_shrinkv, Slider("slide_shrink"),
            Slider("slide_shrinkv"), arr_shrinkposn}) {
     KeepPlaceWhenHidden(widget);
   }
   grid->setColumnStretch(1, 1);
-  auto* const strip = new QHBoxLayout;
-  strip->setContentsMargins(0, 0, 0, kRowGap);
-  strip->setSpacing(kGap);
-  strip->addLayout(grid, 3);
-  strip->addWidget(arr_shrinkposn);
-  strip->addStretch(2);
-  return strip;
+  return grid;
 }
 
 void VornikForm::SetTabOrder() {

@@ -154,7 +154,7 @@ class VornikForm {
   QGridLayout* LayOutPicture();
   QGridLayout* LayOutKeyer();
   QBoxLayout* LayOutCommands();
-  QBoxLayout* LayOutShrink();
+  QGridLayout* LayOutShrink();
   void SetTabOrder();
   void CollectReplyControls();
 

@@ -1,0 +1,105 @@
+// Takes the pictures of the documentation from the real panel on a running kalde2-unit.
+//
+//   take_pictures FOLDER SUFFIX [dark]
+//
+// The unit has to be linked as port 1. QT_SCALE_FACTOR sets the scale of the pictures.
+
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QStyleFactory>
+#include <QTimer>
+#include <chrono>
+#include <cstdlib>
+
+#include "adapters/port_numbers.h"
+#include "adapters/qt_clock.h"
+#include "adapters/qt_dialogs.h"
+#include "adapters/qt_serial_port.h"
+#include "panel/panel_application.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The pictures must not depend on what the user has stored, nor change it.
+class DefaultSettings : public kalde2::SettingsStore {
+ public:
+  [[nodiscard]] QString GetSetting(const QString&, const QString&,
+                                   const QString& fallback) const override {
+    return fallback;
+  }
+  void SaveSetting(const QString&, const QString&, const QString&) override {}
+};
+
+void Serve(std::chrono::milliseconds time) {
+  QEventLoop loop;
+  QTimer::singleShot(time, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+QPalette DarkPalette() {
+  const QColor base(0x1e, 0x1f, 0x22);
+  const QColor window(0x2b, 0x2d, 0x30);
+  const QColor text(0xdf, 0xe1, 0xe5);
+  const QColor disabled(0x80, 0x82, 0x86);
+  QPalette palette(text, window.lighter(115), window.lighter(160), window.darker(160),
+                   window.lighter(130), text, Qt::white, base, window);
+  palette.setColor(QPalette::Highlight, QColor(0x35, 0x74, 0xc8));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::ToolTipBase, window);
+  palette.setColor(QPalette::ToolTipText, text);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, disabled);
+  }
+  return palette;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  QApplication application(argc, argv);
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() < 3) return EXIT_FAILURE;
+  const QDir folder(arguments[1]);
+  const QString suffix = arguments[2];
+  if (arguments.value(3) == QLatin1String("dark")) QApplication::setPalette(DarkPalette());
+
+  kalde2::QtPortDirectory ports;
+  kalde2::QtSerialPort port(ports);
+  kalde2::QtClock clock;
+  DefaultSettings settings;
+  kalde2::QtMessageBoxes boxes;
+  kalde2::QtFileDialogs dialogs;
+  kalde2::PanelApplication panel({port, ports, clock, settings, boxes, dialogs, [] {}});
+  kalde2::frm_vornik& window = panel.Window();
+  kalde2::VornikForm& form = window.Form();
+  bool saved = true;
+  const auto take = [&](QWidget& widget, const QString& name) {
+    Serve(100ms);
+    saved = widget.grab().save(folder.filePath(name + suffix + QStringLiteral(".png"))) && saved;
+  };
+
+  window.show();
+  take(window, QStringLiteral("closed"));
+
+  QTimer::singleShot(1s, &window, [&] { take(panel.Progress(), QStringLiteral("progress")); });
+  form.Cmd_openclose->click();
+  form.mnu_clone_read->trigger();
+  Serve(1500ms);
+  form.lst_commands->setCurrentRow(14);
+  take(window, QStringLiteral("compact"));
+
+  form.mnu_function_advanced->trigger();
+  take(window, QStringLiteral("advanced"));
+  // A unit in "Simple" shows one zoom for both axes; the aspect view shows two.
+  if (!form.mnu_function_aspect->isChecked()) form.mnu_function_aspect->trigger();
+  take(window, QStringLiteral("aspect"));
+
+  form.mnu_about->trigger();
+  if (auto* const about = window.findChild<QDialog*>(QStringLiteral("frm_About"))) {
+    take(*about, QStringLiteral("about"));
+  }
+  return saved && panel.Connection().UnitConnected() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
