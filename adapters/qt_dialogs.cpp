@@ -13,6 +13,11 @@ QString FromLatin1(std::string_view text) {
   return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+QString TitleFor(const QWidget* parent, std::string_view title) {
+  if (!title.empty()) return FromLatin1(title);
+  return parent != nullptr ? parent->windowTitle() : QGuiApplication::applicationDisplayName();
+}
+
 QMessageBox::Icon IconFor(BoxIcon icon) {
   switch (icon) {
     case BoxIcon::kExclamation:
@@ -30,7 +35,7 @@ int RunBox(QWidget* parent, std::string_view prompt, QMessageBox::Icon icon, std
            QMessageBox::StandardButtons buttons) {
   QMessageBox box(parent);
   box.setIcon(icon);
-  box.setWindowTitle(title.empty() ? QGuiApplication::applicationDisplayName() : FromLatin1(title));
+  box.setWindowTitle(TitleFor(parent, title));
   box.setTextFormat(Qt::PlainText);
   box.setText(FromLatin1(prompt));
   box.setStandardButtons(buttons);

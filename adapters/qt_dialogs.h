@@ -7,7 +7,8 @@
 
 namespace kalde2 {
 
-/// Message boxes over a window. Prompts are plain text, whatever they look like.
+/// Message boxes over a window. Prompts are plain text, whatever they look like. A box without a
+/// title bears that of the window.
 class QtMessageBoxes final : public MessageBoxes {
  public:
   /// The window that boxes stand over from now on, nullptr for none.

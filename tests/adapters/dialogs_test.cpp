@@ -24,8 +24,8 @@ void OnNext(Act act) {
 }
 
 TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
-  QGuiApplication::setApplicationDisplayName("Panel");
   QWidget window;
+  window.setWindowTitle("Panel");
   QtMessageBoxes boxes;
   boxes.SetParent(&window);
   OnNext<QMessageBox>([&](QMessageBox& box) {
