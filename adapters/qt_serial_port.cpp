@@ -100,6 +100,8 @@ QString QtSerialPort::OpenDevice(const QString& device, const PortSetup& setup) 
   if (!SetFlowControl(port_.handle(), setup.handshaking)) {
     return QString("%1 does not take the flow control").arg(device);
   }
+  // Some lines keep what the unit said while they were closed; it would pass for the first reply.
+  port_.clear(QSerialPort::Input);
   return {};
 }
 
