@@ -97,6 +97,7 @@ class BulkInputTest : public PanelFixture, public ::testing::WithParamInterface<
   }
 
   void PokeEverything() {
+    Activate();
     for (QWidget* const widget : Form().fra_control->findChildren<QWidget*>()) {
       if (widget->isVisible()) Poke(widget);
     }

@@ -372,7 +372,9 @@ TEST_F(AutosetTest, EndsWhereThePortIsClosed) {
 TEST_F(AutosetTest, AClickInItsLastSleepDoesNothing) {
   constexpr milliseconds kInLastSleep(1000 + 3 * 1000 + 500);
   clock.After(kInLastSleep, [this] { Press("cmd_fade"); });
-  EXPECT_EQ(Run(), Joined({WriteOf(254, 1)}, 4, Adjustments(1)));
+  (void)Run();
+  clock.ServeEvents(milliseconds(1));
+  EXPECT_THAT(Written(), IsEmpty()) << "what was clicked in a sleep comes after it";
 }
 
 }  // namespace

@@ -30,11 +30,6 @@ class FormTest : public PanelFixture {
     StartAndOpen(32);
   }
 
-  void Activate() {
-    Window().activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == &Window(); }));
-  }
-
   [[nodiscard]] std::vector<QWidget*> VisibleControls() {
     std::vector<QWidget*> controls;
     for (QWidget* const widget :

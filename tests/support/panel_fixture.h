@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QTest>
 #include <QTimerEvent>
@@ -108,6 +109,12 @@ class PanelFixture : public ::testing::Test {
   [[nodiscard]] frm_vornik& Window() { return panel->Window(); }
   [[nodiscard]] VornikForm& Form() { return Window().Form(); }
 
+  /// Gives the window the focus, which the progress window has taken where there is no desktop.
+  void Activate() {
+    Window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == &Window(); }));
+  }
+
   /// A control, timer or menu item of the window by its name.
   template <typename Object>
   [[nodiscard]] Object* Find(const char* name) {
@@ -199,18 +206,26 @@ class PanelFixture : public ::testing::Test {
   std::string AnswerOfUnit(std::string_view frame) {
     std::string now;
     for (const LineAction& action : unit->Receive(frame)) {
-      if (action.hang_up) continue;
-      if (action.after.count() == 0) {
+      if (action.after.count() == 0 && !action.hang_up) {
         now += action.bytes;
       } else {
-        // What comes for an earlier opening is lost with it.
-        clock.After(std::chrono::duration_cast<std::chrono::milliseconds>(action.after),
-                    [this, bytes = action.bytes, opening = port.setups.size()] {
-                      if (port.open && port.setups.size() == opening) port.Receive(bytes);
-                    });
+        clock.After(action.after, [this, action, opening = port.setups.size()] {
+          // What comes for an earlier opening is lost with it.
+          if (port.open && port.setups.size() == opening) Happen(action);
+        });
       }
     }
     return now;
+  }
+
+  void Happen(const LineAction& action) {
+    if (action.hang_up) {
+      port.Close();
+      Window().PortLost("hung up");
+    } else {
+      port.Receive(action.bytes);
+      Window().MSComm1_OnComm();
+    }
   }
 };
 
