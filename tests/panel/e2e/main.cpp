@@ -10,6 +10,7 @@ int main(int argc, char* argv[]) {
   if (!folder.isValid() || !QDir::setCurrent(folder.path())) return 1;
   qputenv("XDG_CONFIG_HOME", folder.path().toLocal8Bit());
   qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
+  qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("KALDE2"));
   ::testing::InitGoogleTest(&argc, argv);
