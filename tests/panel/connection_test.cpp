@@ -417,7 +417,7 @@ TEST_F(Connection, ClosedAtAnyMomentItStaysSilentAndOpensAgain) {
     ExpectClosed();
     Press("Cmd_openclose");
     ExpectOpen("K2-6350");
-    EXPECT_EQ(Form().cbo_program->count(), 2);
+    EXPECT_TRUE(Form().cbo_lock->count() == 2 && Form().cbo_program->count() == 2);
   }
   EXPECT_TRUE(boxes.shown.empty());
 }
