@@ -178,7 +178,8 @@ ResolutionRecord ParseRecord(std::string_view line) {
   record.Name = Cut(line, kName);
   record.Flags = Cut(line, kFlags);
   for (const auto& [column, field] : kNumbers) {
-    SkipOnFault([&] { record.*field = RoundToInt16(NumericValue(Cut(line, column))); });
+    SkipOnFault(
+        [&, at = column, to = field] { record.*to = RoundToInt16(NumericValue(Cut(line, at))); });
   }
   const double frequency = NumericValue(Cut(line, kHFreq));
   if (std::isfinite(frequency)) record.HFreq = frequency;
