@@ -1,0 +1,52 @@
+/// A transaction and the unit's answer to it, arriving in pieces. The first character is the gap
+/// between pieces in units of 20 ms, the second "P" for a counted packet (else a text reply); "|"
+/// parts the pieces.
+
+#include "link/frame_codec.h"
+#include "tests/fuzz/fuzz_target.h"
+#include "tests/support/fake_link.h"
+
+namespace kalde2 {
+namespace {
+
+constexpr std::size_t kHead = 2;
+constexpr std::string_view kQuery = "S\x07\xA2\x01?";
+
+void RequireCounted(LinkFixture& panel) {
+  std::string reply;
+  const bool answered = panel.link.SendAndReceiveCounted(kQuery, reply, kReplyTimeout, false);
+  Require(!answered || IsCountedReplyComplete(reply), "a packet that is taken is complete");
+  Require(!answered || reply.find('S') != std::string::npos, "a packet has its start in it");
+  Require(panel.port.handshaking.back() == Handshaking::kRtsXonXoff, "flow control is back");
+}
+
+void RequireText(LinkFixture& panel) {
+  std::string reply;
+  const bool answered = panel.link.SendAndReceive("4646", "\r", reply, kReplyTimeout, true);
+  Require(answered == (reply.find('\r') != std::string::npos), "a text reply ends with its end");
+}
+
+}  // namespace
+
+void FuzzOne(std::string_view input) {
+  if (input.size() < kHead) return;
+  const std::chrono::milliseconds gap{20 * static_cast<unsigned char>(input[0])};
+  const bool is_packet = input[1] == 'P';
+  LinkFixture panel;
+  std::chrono::milliseconds at{0};
+  for (const std::string_view piece : Pieces(input.substr(kHead), '|')) {
+    panel.clock.After(at, [&panel, piece] { panel.port.Receive(piece); });
+    at += gap;
+  }
+  if (is_packet) {
+    RequireCounted(panel);
+  } else {
+    RequireText(panel);
+  }
+  Require(!panel.port.written.empty() && panel.port.written.size() <= kAttempts,
+          "a request is sent one to three times");
+  Require(panel.clock.Monotonic() <= at + kAttempts * kReplyTimeout, "a wait ends in time");
+  Require(!panel.link.IsWaiting(), "no wait is left");
+}
+
+}  // namespace kalde2
