@@ -67,7 +67,8 @@ void frm_vornik::Form_Load() {
   form_.SetAdvancedHeight(false);
   form_.mnu_function_advanced->setChecked(false);
   LoadInputNames(parts_->unit.input_names);
-  UpdatePortHint();
+  // Looking for the ports takes a while; the window need not wait for it.
+  QTimer::singleShot(0, this, &frm_vornik::UpdatePortHint);
 }
 
 std::pair<QString, QString> frm_vornik::LoadSerialSettings() const {
@@ -194,8 +195,12 @@ void frm_vornik::UpdatePortHint() {
 }
 
 void frm_vornik::MSComm1_OnComm() {
-  if (parts_->link.CommsBusy() || !platform_.port.PortOpen()) return;
-  ring_.Store(platform_.port.Input());
+  if (parts_->link.CommsBusy()) return;
+  try {
+    ring_.Store(platform_.port.Input());
+  } catch (const Fault&) {
+    return;  // the line is gone, and PortLost() on its way
+  }
   if (ring_.HasData() && !form_.TmrProcessMessage->isActive()) form_.TmrProcessMessage->start();
 }
 

@@ -1,0 +1,257 @@
+#include <QDialog>
+#include <functional>
+
+#include "tests/support/panel_fixture.h"
+
+// Every operation that talks, against every fault of the unit and everything that the operator can
+// do in its midst. After each cell the panel tells the truth and the next operation works.
+
+namespace kalde2 {
+namespace {
+
+using std::chrono::milliseconds;
+
+class FaultMatrix;
+
+struct Operation {
+  const char* name;
+  void (*run)(FaultMatrix&);
+  bool opens = false;    ///< begins with the port closed
+  bool fetches = false;  ///< may report slots and leave the progress window
+};
+
+struct UnitFault {
+  const char* plan;        ///< of the simulated unit; several separated by blanks
+  bool hangs_up = false;   ///< the line goes away
+  bool no_answer = false;  ///< detection gets no valid answer
+  bool garbles = false;    ///< detection may get a wrong answer
+};
+
+struct Act {
+  const char* name;
+  void (*perform)(FaultMatrix&);
+  bool closes = false;
+  bool ends = false;
+};
+
+class FaultMatrix : public PanelFixture, public ::testing::WithParamInterface<Operation> {
+ public:
+  using PanelFixture::boxes;
+  using PanelFixture::Choose;
+  using PanelFixture::clock;
+  using PanelFixture::Focus;
+  using PanelFixture::Form;
+  using PanelFixture::panel;
+  using PanelFixture::port;
+  using PanelFixture::Press;
+  using PanelFixture::Tick;
+  using PanelFixture::unit;
+  using PanelFixture::Window;
+
+  void SelectLine(int index) {
+    for (int row = 0; row < Form().lst_commands->count(); ++row) {
+      if (Form().lst_commands->item(row)->data(Qt::UserRole).toInt() == index) {
+        Form().lst_commands->setCurrentRow(row);
+      }
+    }
+  }
+
+ protected:
+  void RunCell(const Operation& operation, const UnitFault& fault, const Act& act);
+  void ExpectTruth();
+  void ExpectClosed();
+  void ExpectOpen();
+  void ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault, const Act& act);
+  void ExpectNextOperationWorks();
+};
+
+// clang-format off
+const Operation kOperations[] = {
+    {"open",      [](FaultMatrix& t) { t.Press("Cmd_openclose"); }, true},
+    {"edit",      [](FaultMatrix& t) { t.SelectLine(29); t.Press("cmd_commandplus"); }},
+    {"drag",      [](FaultMatrix& t) {
+       for (int i = 0; i < 3; ++i) QTest::keyClick(t.Form().Slider("slide_zoom"), Qt::Key_Right); }},
+    {"pad",       [](FaultMatrix& t) {
+       QTest::keyPress(t.Form().arr_zoompan, Qt::Key_Right);
+       QTest::keyRelease(t.Form().arr_zoompan, Qt::Key_Right); }},
+    {"fade",      [](FaultMatrix& t) { t.Press("cmd_fade"); }},
+    {"autoset",   [](FaultMatrix& t) { t.Press("cmd_autoset"); }},
+    {"store",     [](FaultMatrix& t) { t.Choose("cmd_function_strore"); }},
+    {"cloneread", [](FaultMatrix& t) { t.Choose("mnu_clone_read"); }},
+    {"clonewrite",[](FaultMatrix& t) { t.Choose("menu_clone_write"); }},
+    {"fetch",     [](FaultMatrix& t) { t.Choose("mnu_function_refreshRes"); }, false, true},
+    {"unasked",   [](FaultMatrix& t) {
+       for (int i = 0; i < 5; ++i) {
+         t.port.Receive(t.unit->NextUnaskedFrame());
+         t.Window().MSComm1_OnComm();
+       }
+       t.Tick("TmrProcessMessage"); }},
+};
+
+const UnitFault kFaultPlans[] = {
+    {""},
+    {"silent", false, true},
+    {"silent-for=1"},
+    {"silent-for=2"},
+    {"late=400"},
+    {"late=1500", false, false, true},
+    {"split=600"},
+    {"split=1200", false, false, true},
+    {"noise-before", false, false, true},
+    {"noise-inside", false, false, true},
+    {"noise-after", false, false, true},
+    {"error-reply", false, true},
+    {"short-frame", false, true},
+    {"short-packet"},
+    {"wrong-address"},
+    {"flow-bytes", false, false, true},
+    {"hang-up-before=2", true},
+    {"hang-up-during=2", true},
+    {"hang-up-after=2", true},
+};
+
+const Act kActs[] = {
+    {"nothing",       [](FaultMatrix&) {}},
+    {"close port",    [](FaultMatrix& t) { if (t.port.open) t.Press("Cmd_openclose"); }, true},
+    {"Esc",           [](FaultMatrix& t) { QTest::keyClick(&t.Window(), Qt::Key_Escape); }, true},
+    {"close window",  [](FaultMatrix& t) { t.Window().close(); }, true, true},
+    {"exit",          [](FaultMatrix& t) { t.Choose("mnu_file_exit"); }, true, true},
+    {"other control", [](FaultMatrix& t) {
+       QTest::keyClick(t.Form().Slider("slide_ymin"), Qt::Key_Right); }},
+    {"clone read",    [](FaultMatrix& t) { t.Choose("mnu_clone_read"); }},
+    {"about",         [](FaultMatrix& t) { t.Choose("mnu_about"); }},
+    {"close progress",[](FaultMatrix& t) { t.panel->Progress().close(); }},
+};
+// clang-format on
+
+TEST_P(FaultMatrix, EndsInTruthAndGoesOn) {
+  constexpr std::size_t kFewSlots = 4;
+  UnitOptions options;
+  options.fitted_sources = {16, 48};
+  options.resolutions.resize(kFewSlots);
+  ConnectUnit(std::move(options));
+  Start();
+  for (const UnitFault& fault : kFaultPlans) {
+    // A garbled count of slots asks for hours of slots.
+    if (GetParam().fetches && std::string_view(fault.plan) == "short-frame") continue;
+    for (const Act& act : kActs) {
+      SCOPED_TRACE(std::string(fault.plan) + " / " + act.name);
+      ASSERT_NO_THROW(RunCell(GetParam(), fault, act));
+      if (HasFailure()) return;
+    }
+  }
+}
+
+void PrintTo(const Operation& operation, std::ostream* out) {
+  *out << operation.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, FaultMatrix, ::testing::ValuesIn(kOperations),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, const Act& act) {
+  if (operation.opens == port.open) Press("Cmd_openclose");
+  ASSERT_NE(operation.opens, port.open);
+  boxes.shown.clear();
+  clock.StartCounting();
+  // A time-out across the full hour never comes, which is intended and not this test's business.
+  clock.SetMillisecondOfHour(std::chrono::minutes(1));
+  ends = 0;
+  if (*fault.plan != '\0') {
+    ASSERT_EQ(unit->Faults().Add(fault.plan), std::nullopt);
+  }
+  // In the midst of the first wait, or right after an operation that has none.
+  bool acted = false;
+  const auto perform = [&] {
+    if (!std::exchange(acted, true)) act.perform(*this);
+  };
+  clock.After(milliseconds(1), perform);
+  operation.run(*this);
+  perform();
+  clock.ServeEvents(milliseconds(1));
+  // What is late comes in, and what was cut off is found out.
+  for (int i = 0; i < 8; ++i) {
+    clock.ServeEvents(milliseconds(1000));
+    Tick("TmrProcessMessage");
+    Tick("tmr_updatelstCommands");
+  }
+  unit->Faults().Clear();
+  EXPECT_EQ(ends, act.ends ? 1 : 0);
+  ExpectTruth();
+  ExpectOnlyStatedBoxes(operation, fault, act);
+  if (!operation.fetches) {
+    EXPECT_FALSE(panel->Progress().isVisible());
+  }
+  if (auto* const about = Window().findChild<QDialog*>(QStringLiteral("frm_About"))) {
+    about->close();
+  }
+  Window().show();
+  ExpectNextOperationWorks();
+}
+
+void FaultMatrix::ExpectTruth() {
+  EXPECT_EQ(panel->Connection().UnitConnected() && port.open, port.open);
+  if (port.open) {
+    ExpectOpen();
+  } else {
+    ExpectClosed();
+  }
+}
+
+void FaultMatrix::ExpectOpen() {
+  EXPECT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6350");
+  EXPECT_EQ(Form().Cmd_openclose->text(), "Close &Port");
+  EXPECT_FALSE(Form().txt_port->isEnabled() || Form().cbo_baud->isEnabled());
+  EXPECT_TRUE(Form().lst_commands->isEnabled() && Form().mnu_clone->isEnabled());
+}
+
+void FaultMatrix::ExpectClosed() {
+  EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
+  EXPECT_EQ(Form().Cmd_openclose->text(), "Open &Port");
+  EXPECT_TRUE(Form().cbo_baud->isEnabled());
+  // The end of the program leaves the panel as it is.
+  if (ends > 0) return;
+  EXPECT_TRUE(Form().txt_port->isEnabled());
+  EXPECT_FALSE(Form().mnu_clone->isEnabled() || Form().mnu_function->isEnabled());
+  EXPECT_EQ(Form().lst_commands->count(), 0);
+  for (const QWidget* const control : Form().ReplyControls()) {
+    if (control->parentWidget() == Form().fra_control) {
+      EXPECT_FALSE(control->isEnabled()) << control->objectName().toStdString();
+    }
+  }
+}
+
+void FaultMatrix::ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault,
+                                        const Act& act) {
+  int connect = 0;
+  for (const FakeBoxes::Box& box : boxes.shown) {
+    if (box.title == "Connect") {
+      ++connect;
+      const bool lost = box.prompt.starts_with("The serial port was lost");
+      EXPECT_TRUE(lost ? fault.hangs_up : operation.opens && (fault.no_answer || fault.garbles))
+          << box;
+    } else {
+      EXPECT_TRUE(operation.fetches && box.prompt.starts_with("Problem reading resolution")) << box;
+    }
+  }
+  EXPECT_LE(connect, 1);
+  // A unit that says nothing leaves time to act, and closing the port is no failure to report.
+  const bool silent = std::string_view(fault.plan) == "silent";
+  if (operation.opens && (silent || (fault.no_answer && !act.closes))) {
+    EXPECT_EQ(connect, act.closes ? 0 : 1);
+  }
+}
+
+void FaultMatrix::ExpectNextOperationWorks() {
+  if (!port.open) Press("Cmd_openclose");
+  ASSERT_TRUE(port.open);
+  ASSERT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6350");
+  auto* const slider = Form().Slider("slide_softv");
+  const int before = slider->Value();
+  QTest::keyClick(slider, before < 200 ? Qt::Key_Right : Qt::Key_Home);
+  EXPECT_NE(slider->Value(), before);
+  EXPECT_EQ(unit->Value(293, 16), slider->Value());
+}
+
+}  // namespace
+}  // namespace kalde2
