@@ -429,7 +429,7 @@ QGridLayout* VornikForm::LayOutKeyer() {
 QBoxLayout* VornikForm::LayOutCommands() {
   auto* const editor = new QHBoxLayout;
   editor->setSpacing(kGap);
-  editor->addWidget(Caption("lbl_command", "Value"));
+  editor->addWidget(Caption("lbl_command", "Value", cbo_command));
   editor->addWidget(cbo_command, 1);
   editor->addWidget(txt_commandval, 1);
   const int square = txt_commandval->sizeHint().height();
