@@ -33,3 +33,5 @@ need_packages() {
 }
 
 build_packages=(cmake g++ ninja-build qt6-base-dev qt6-serialport-dev)
+test_packages=(libgtest-dev libgmock-dev fonts-dejavu-core clang-format desktop-file-utils appstream
+  groff)
