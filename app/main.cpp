@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <cstdlib>
 
 #include "adapters/port_numbers.h"
@@ -8,9 +9,23 @@
 #include "adapters/qt_settings_store.h"
 #include "panel/panel_application.h"
 
+namespace {
+
+QIcon AppIcon() {
+  QIcon icon;
+  for (const int size : {16, 32, 48, 128}) {
+    icon.addFile(QStringLiteral(":/icons/hicolor/%1x%1/apps/kalde2.png").arg(size));
+  }
+  return icon;
+}
+
+}  // namespace
+
 int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("KALDE2"));
+  QApplication::setDesktopFileName(QStringLiteral("kalde2"));
+  QApplication::setWindowIcon(AppIcon());
 
   kalde2::QtPortDirectory ports;
   kalde2::QtSerialPort port(ports);

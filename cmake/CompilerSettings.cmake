@@ -15,3 +15,9 @@ if(KALDE2_SANITIZE)
   add_compile_options(-fsanitize=${KALDE2_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KALDE2_SANITIZE})
 endif()
+# What Debian builds its own programs with: checked buffer calls, and no late binding to overwrite.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT KALDE2_SANITIZE)
+  target_compile_definitions(kalde2_settings INTERFACE
+    $<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>)
+  target_link_options(kalde2_settings INTERFACE $<$<CONFIG:Release,RelWithDebInfo>:-Wl,-z,now>)
+endif()

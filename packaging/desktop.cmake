@@ -1,0 +1,33 @@
+# Desktop entry, AppStream metainfo, icons, man pages and the documents for users.
+set(KALDE2_DOC_FOLDER ${CMAKE_INSTALL_FULL_DOCDIR})
+
+foreach(name kalde2.desktop kalde2.metainfo.xml man/kalde2.1 man/kalde2-unit.1 debian/changelog)
+  configure_file(${name}.in ${name} @ONLY)
+endforeach()
+
+# Documents of Debian packages are compressed, without the time, which would make each build differ.
+find_program(GZIP_PROGRAM gzip REQUIRED)
+set(compressed)
+foreach(name man/kalde2.1 man/kalde2-unit.1 debian/changelog)
+  set(plain ${CMAKE_CURRENT_BINARY_DIR}/${name})
+  add_custom_command(OUTPUT ${plain}.gz DEPENDS ${plain}
+                     COMMAND ${GZIP_PROGRAM} -9nkf ${plain} VERBATIM)
+  list(APPEND compressed ${plain}.gz)
+endforeach()
+add_custom_target(kalde2_packaging ALL DEPENDS ${compressed})
+
+set(built ${CMAKE_CURRENT_BINARY_DIR})
+install(FILES ${built}/kalde2.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES ${built}/kalde2.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(DIRECTORY icons/hicolor DESTINATION ${CMAKE_INSTALL_DATADIR}/icons)
+install(FILES ${built}/man/kalde2.1.gz ${built}/man/kalde2-unit.1.gz
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+
+# The guide, what it links to, and its pictures.
+set(docs ${PROJECT_SOURCE_DIR}/docs)
+install(FILES ${docs}/guide.md ${docs}/clone-and-files.md ${docs}/protocol.md
+        ${built}/debian/changelog.gz debian/copyright
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${docs}/pictures/closed.png ${docs}/pictures/compact.png ${docs}/pictures/aspect.png
+        ${docs}/pictures/progress.png
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}/pictures)
