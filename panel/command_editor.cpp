@@ -79,6 +79,7 @@ void CommandEditor::PrepareEditor(int index) {
 }
 
 void CommandEditor::ShowEditor(bool as_list) {
+  form_.lbl_command->show();
   form_.cbo_command->setVisible(as_list);
   form_.cmd_commandMinus->setVisible(!as_list);
   form_.cmd_commandplus->setVisible(!as_list);

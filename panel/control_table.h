@@ -69,12 +69,13 @@ struct LockModeRow {
   const char* name;
   const char* caption;
   std::int16_t value;
+  const char* description;
 };
 
 inline constexpr auto kLockModes = std::to_array<LockModeRow>({
-    {"opt_lockoff",     "Off",     0},
-    {"opt_lockgenlock", "Genlock", 1},
-    {"opt_lockmix",     "Mix",     2},
+    {"opt_lockoff",     "Off",     0, "The output runs free"},
+    {"opt_lockgenlock", "Genlock", 1, "The output is locked to the lock source"},
+    {"opt_lockmix",     "Mix",     2, "The output is locked to the lock source and mixed with it"},
 });
 
 /// What the three option buttons count as while a change has to wait: one control.

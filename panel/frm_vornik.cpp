@@ -67,6 +67,7 @@ void frm_vornik::Form_Load() {
   form_.SetAdvancedHeight(false);
   form_.mnu_function_advanced->setChecked(false);
   LoadInputNames(parts_->unit.input_names);
+  form_.Cmd_openclose->setFocus();
   // Looking for the ports takes a while; the window need not wait for it.
   QTimer::singleShot(0, this, &frm_vornik::UpdatePortHint);
 }

@@ -149,6 +149,7 @@ void VornikForm::CreateConnection(QWidget* content) {
   Describe(cbo_baud, QStringLiteral("Baud rate"),
            QStringLiteral("Rate of the line, bits per second, as it is set on the unit"));
   Cmd_openclose = Named(new QPushButton(QStringLiteral("Open &Port"), content), "Cmd_openclose");
+  Cmd_openclose->setAutoDefault(true);  // Enter presses it, too
   Describe(Cmd_openclose, QStringLiteral("Open or close the port"),
            QStringLiteral("Opens the port and detects the unit, or closes the port"));
   lbl_comstate = Named(new QLabel(QStringLiteral("CLOSED"), content), "lbl_comstate");
@@ -156,19 +157,21 @@ void VornikForm::CreateConnection(QWidget* content) {
   lbl_comstate->setAlignment(Qt::AlignCenter);
   lbl_comstate->setFrameShape(QFrame::StyledPanel);
   lbl_comstate->setAutoFillBackground(true);
-  Describe(lbl_comstate, QStringLiteral("State of the connection"), QString());
+  Describe(lbl_comstate, QStringLiteral("State of the connection"),
+           QStringLiteral("Whether the port is open, and the unit behind it"));
   QFont bold = lbl_comstate->font();
   bold.setBold(true);
   lbl_comstate->setFont(bold);
 }
 
-QComboBox* VornikForm::CreateCombo(const char* name, int tag, const char* accessible_name) {
+QComboBox* VornikForm::CreateCombo(const char* name, int tag, const char* accessible_name,
+                                   const char* description) {
   auto* const combo = Named(new QComboBox(fra_control), name);
   if (tag != 0) combo->setProperty("Tag", QString::number(tag));
   combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  constexpr int kMinimumCharacters = 12;
+  constexpr int kMinimumCharacters = 18;  // "1920 x 1080i 25Hz1250" is the widest entry of all
   combo->setMinimumContentsLength(kMinimumCharacters);
-  Describe(combo, QLatin1String(accessible_name), QString());
+  Describe(combo, QLatin1String(accessible_name), QLatin1String(description));
   return combo;
 }
 
@@ -189,16 +192,20 @@ ArrowControl* VornikForm::CreatePad(const PadRow& row) {
 }
 
 void VornikForm::CreateControls() {
-  cbo_program = CreateCombo("cbo_program", address::kMainInput, "Main input");
-  cbo_resolution = CreateCombo("cbo_resolution", address::kResolution, "Output resolution");
-  cbo_lock = CreateCombo("cbo_lock", address::kLockSource, "Lock source");
+  cbo_program = CreateCombo("cbo_program", address::kMainInput, "Main input",
+                            "Input that is shown and set up");
+  cbo_resolution = CreateCombo("cbo_resolution", address::kResolution, "Output resolution",
+                               "Resolution of the unit's output");
+  cbo_lock = CreateCombo("cbo_lock", address::kLockSource, "Lock source",
+                         "Input that the output is locked to");
   KeepPlaceWhenHidden(cbo_lock);
 
   lock_group_ = new QButtonGroup(fra_control);
   for (std::size_t i = 0; i < kLockModes.size(); ++i) {
     const LockModeRow& row = kLockModes[i];
     opt_lock[i] = Named(new QRadioButton(QLatin1String(row.caption), fra_control), row.name);
-    opt_lock[i]->setAccessibleName(QStringLiteral("Lock mode ") + QLatin1String(row.caption));
+    Describe(opt_lock[i], QStringLiteral("Lock mode ") + QLatin1String(row.caption),
+             QLatin1String(row.description));
     lock_group_->addButton(opt_lock[i], row.value);
   }
 
@@ -221,7 +228,8 @@ void VornikForm::CreateControls() {
   lst_commands->setToolTip(QStringLiteral("Select command to change"));
   lst_commands->setUniformItemSizes(true);
   Describe(lst_commands, QStringLiteral("Commands"), lst_commands->toolTip());
-  cbo_command = CreateCombo("cbo_command", 0, "Value of the selected command");
+  cbo_command =
+      CreateCombo("cbo_command", 0, "Value of the selected command", "Choose a value to send it");
   txt_commandval = Named(new QLineEdit(fra_control), "txt_commandval");
   txt_commandval->setAlignment(Qt::AlignRight);
   Describe(txt_commandval, QStringLiteral("Value of the selected command"),
@@ -429,7 +437,10 @@ QGridLayout* VornikForm::LayOutKeyer() {
 QBoxLayout* VornikForm::LayOutCommands() {
   auto* const editor = new QHBoxLayout;
   editor->setSpacing(kGap);
-  editor->addWidget(Caption("lbl_command", "Value", cbo_command));
+  lbl_command = Caption("lbl_command", "Value", cbo_command);
+  lbl_command->hide();
+  editor->addStrut(cbo_command->sizeHint().height());  // the list keeps its place without an editor
+  editor->addWidget(lbl_command);
   editor->addWidget(cbo_command, 1);
   editor->addWidget(txt_commandval, 1);
   const int square = txt_commandval->sizeHint().height();

@@ -122,6 +122,7 @@ class VornikForm {
 
   // Command list
   QListWidget* lst_commands = nullptr;
+  QLabel* lbl_command = nullptr;
   QComboBox* cbo_command = nullptr;
   QLineEdit* txt_commandval = nullptr;
   QPushButton* cmd_commandMinus = nullptr;
@@ -162,7 +163,8 @@ class VornikForm {
   QLabel* Heading(const char* name, const char* text);
   QLabel* Caption(const char* name, const char* text, QWidget* buddy = nullptr);
   ArrowControl* CreatePad(const PadRow& row);
-  QComboBox* CreateCombo(const char* name, int tag, const char* accessible_name);
+  QComboBox* CreateCombo(const char* name, int tag, const char* accessible_name,
+                         const char* description);
   int Scaled(int pixels) const;
 
   QMainWindow& window_;
