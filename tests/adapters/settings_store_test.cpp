@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
+#include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
+
+#include "tests/support/file_faults.h"
 
 namespace kalde2 {
 namespace {
@@ -18,6 +22,40 @@ TEST(QtSettingsStoreTest, KeepsTextsAndTellsAbsentFromEmpty) {
   }
   EXPECT_EQ(QtSettingsStore().GetSetting("Tessaly", "Serial Parameters", "57600"), "57600");
   EXPECT_EQ(QtSettingsStore().GetSetting("Other", "Serial Port", "none"), "none");
+}
+
+TEST(QtSettingsStoreTest, WhatCannotBeStoredIsGivenUpInSilenceAndAtOnce) {
+  QTemporaryDir folder;
+  QFile file(folder.filePath("file"));
+  ASSERT_TRUE(file.open(QFile::WriteOnly));
+  const auto store_in = [](const QString& path) {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path);
+    QElapsedTimer timer;
+    timer.start();
+    QtSettingsStore().SaveSetting("Tessaly", "Serial Port", "7");
+    EXPECT_LT(timer.elapsed(), 5000);
+  };
+  const auto stored = [] { return QtSettingsStore().GetSetting("Tessaly", "Serial Port", "none"); };
+  {
+    SCOPED_TRACE("a file in place of the folder");
+    store_in(file.fileName());
+  }
+  {
+    SCOPED_TRACE("a full disk");
+    const QString path = folder.filePath("full");
+    {
+      const FullDisk disk(0);
+      store_in(path);
+    }
+    store_in(path);
+    EXPECT_EQ(stored(), "7");
+  }
+  {
+    SCOPED_TRACE("a folder that cannot be written to");
+    const UnwritableFolder unwritable(folder.path().toStdString());
+    store_in(folder.filePath("unwritable"));
+    EXPECT_EQ(stored(), "none");
+  }
 }
 
 }  // namespace
