@@ -165,7 +165,7 @@ class VornikForm {
   ArrowControl* CreatePad(const PadRow& row);
   QComboBox* CreateCombo(const char* name, int tag, const char* accessible_name,
                          const char* description);
-  int Scaled(int pixels) const;
+  [[nodiscard]] int Scaled(int pixels) const;
 
   QMainWindow& window_;
   QButtonGroup* lock_group_ = nullptr;
