@@ -25,6 +25,7 @@ struct UnitFault {
   bool hangs_up = false;   ///< the line goes away
   bool no_answer = false;  ///< detection gets no valid answer
   bool garbles = false;    ///< detection may get a wrong answer
+  bool floods = false;     ///< unasked frames come all the time
 };
 
 struct Act {
@@ -58,11 +59,15 @@ class FaultMatrix : public PanelFixture, public ::testing::WithParamInterface<Op
 
  protected:
   void RunCell(const Operation& operation, const UnitFault& fault, const Act& act);
+  void Flood();
   void ExpectTruth();
   void ExpectClosed();
   void ExpectOpen();
   void ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault, const Act& act);
   void ExpectNextOperationWorks();
+
+ private:
+  bool flooding_ = false;
 };
 
 // clang-format off
@@ -103,6 +108,7 @@ const UnitFault kFaultPlans[] = {
     {"error-reply", false, true},
     {"short-frame", false, true},
     {"short-packet"},
+    {"unasked=50", false, false, true, true},
     {"wrong-address"},
     {"flow-bytes", false, false, true},
     {"hang-up-before=2", true},
@@ -119,6 +125,7 @@ const Act kActs[] = {
     {"other control", [](FaultMatrix& t) {
        QTest::keyClick(t.Form().Slider("slide_ymin"), Qt::Key_Right); }},
     {"clone read",    [](FaultMatrix& t) { t.Choose("mnu_clone_read"); }},
+    {"same again",    [](FaultMatrix& t) { if (!t.GetParam().opens) t.GetParam().run(t); }},
     {"about",         [](FaultMatrix& t) { t.Choose("mnu_about"); }},
     {"close progress",[](FaultMatrix& t) { t.panel->Progress().close(); }},
 };
@@ -160,6 +167,7 @@ void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, co
   if (*fault.plan != '\0') {
     ASSERT_EQ(unit->Faults().Add(fault.plan), std::nullopt);
   }
+  if (fault.floods) Flood();
   // In the midst of the first wait, or right after an operation that has none.
   bool acted = false;
   const auto perform = [&] {
@@ -176,6 +184,7 @@ void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, co
     Tick("tmr_updatelstCommands");
   }
   unit->Faults().Clear();
+  flooding_ = false;
   EXPECT_EQ(ends, act.ends ? 1 : 0);
   ExpectTruth();
   ExpectOnlyStatedBoxes(operation, fault, act);
@@ -187,6 +196,19 @@ void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, co
   }
   Window().show();
   ExpectNextOperationWorks();
+}
+
+/// A frame each 20 ms, whatever else is on the line.
+void FaultMatrix::Flood() {
+  constexpr milliseconds kPeriod{20};
+  flooding_ = true;
+  const auto next = [this](const auto& again) -> void {
+    if (!flooding_ || !port.open) return;
+    port.Receive(unit->NextUnaskedFrame());
+    Window().MSComm1_OnComm();
+    clock.After(kPeriod, [again] { again(again); });
+  };
+  clock.After(kPeriod, [next] { next(next); });
 }
 
 void FaultMatrix::ExpectTruth() {

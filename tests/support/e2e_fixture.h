@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
-#include <QAction>
 #include <QApplication>
 #include <QEventLoop>
 #include <QFile>
@@ -22,6 +20,7 @@
 #include "adapters/qt_serial_port.h"
 #include "adapters/qt_settings_store.h"
 #include "panel/panel_application.h"
+#include "tests/support/window_fixture.h"
 
 // How failing checks show Qt's texts.
 QT_BEGIN_NAMESPACE
@@ -122,7 +121,7 @@ struct RealPanel {
 
 /// The real window against the real unit. Message boxes are noted and answered with OK, file
 /// dialogs with `file_name`, as an operator answers them.
-class EndToEnd : public ::testing::Test {
+class EndToEnd : public WindowFixture {
  protected:
   EndToEnd() { qApp->installEventFilter(&operator_); }
   ~EndToEnd() override { panel.reset(); }
@@ -147,36 +146,8 @@ class EndToEnd : public ::testing::Test {
     EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
   }
 
-  [[nodiscard]] frm_vornik& Window() const { return panel->application.Window(); }
-  [[nodiscard]] VornikForm& Form() const { return Window().Form(); }
+  [[nodiscard]] frm_vornik& Window() const override { return panel->application.Window(); }
   [[nodiscard]] QString State() const { return Form().lbl_comstate->text(); }
-
-  /// A control, timer or menu item of the window by its name.
-  template <typename Object>
-  [[nodiscard]] Object* Find(const char* name) const {
-    auto* const object = Window().findChild<Object*>(QLatin1String(name));
-    EXPECT_NE(object, nullptr) << name;
-    return object;
-  }
-
-  /// A press with the mouse on a button, check box or option button.
-  void Press(const char* button) const {
-    auto* const widget = Find<QAbstractButton>(button);
-    QTest::mouseClick(widget, Qt::LeftButton, {}, {widget->height() / 2, widget->height() / 2});
-  }
-
-  void Choose(const char* item) const { Find<QAction>(item)->trigger(); }
-
-  /// The line of the command list that begins with the text, clicked on.
-  QString SelectLine(const QString& start) const {
-    QListWidget& list = *Form().lst_commands;
-    const QList<QListWidgetItem*> lines = list.findItems(start, Qt::MatchStartsWith);
-    if (lines.size() != 1) return QString("%1 lines begin so").arg(lines.size());
-    list.scrollToItem(lines.front());
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                      list.visualItemRect(lines.front()).center());
-    return lines.front()->text();
-  }
 
   /// Lets the panel work until the condition holds. @return false when it does not come to hold
   template <typename Condition>

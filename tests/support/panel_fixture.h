@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QCoreApplication>
 #include <QTest>
@@ -19,6 +18,7 @@
 #include "panel/panel_application.h"
 #include "simulator/unit.h"
 #include "tests/support/fake_link.h"
+#include "tests/support/window_fixture.h"
 
 namespace kalde2 {
 
@@ -80,7 +80,7 @@ class FakeSettings : public SettingsStore {
 
 /// The whole panel over fakes, with a simulated unit in the same process as the other end. What the
 /// unit answers later than at once comes by the fake clock.
-class PanelFixture : public ::testing::Test {
+class PanelFixture : public WindowFixture {
  protected:
   ~PanelFixture() override = default;
 
@@ -106,27 +106,12 @@ class PanelFixture : public ::testing::Test {
     Press("Cmd_openclose");
   }
 
-  [[nodiscard]] frm_vornik& Window() { return panel->Window(); }
-  [[nodiscard]] VornikForm& Form() { return Window().Form(); }
+  [[nodiscard]] frm_vornik& Window() const override { return panel->Window(); }
 
   /// Gives the window the focus, which the progress window has taken where there is no desktop.
   void Activate() {
     Window().activateWindow();
     ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == &Window(); }));
-  }
-
-  /// A control, timer or menu item of the window by its name.
-  template <typename Object>
-  [[nodiscard]] Object* Find(const char* name) {
-    auto* const object = Window().findChild<Object*>(QLatin1String(name));
-    EXPECT_NE(object, nullptr) << name;
-    return object;
-  }
-
-  /// A press with the mouse on a button, check box or option button.
-  void Press(const char* button) {
-    auto* const widget = Find<QAbstractButton>(button);
-    QTest::mouseClick(widget, Qt::LeftButton, {}, {widget->height() / 2, widget->height() / 2});
   }
 
   /// Gives a control of the window the focus. The window is the active one afterwards, also when
@@ -136,8 +121,6 @@ class PanelFixture : public ::testing::Test {
     QCoreApplication::processEvents();
     control.setFocus();
   }
-
-  void Choose(const char* item) { Find<QAction>(item)->trigger(); }
 
   /// Lets a running timer of the window tick now. @return false where it does not run
   bool Tick(const char* name) {
@@ -175,6 +158,11 @@ class PanelFixture : public ::testing::Test {
     char body[32];
     std::snprintf(body, sizeof body, "8410410%03X", static_cast<unsigned>(address));
     return EchoUnit::Framed(body);
+  }
+
+  /// What the panel has recorded of a parameter.
+  [[nodiscard]] std::int32_t Recorded(int address) const {
+    return panel->Unit().values.GetParamValue(address - kFirstAddress);
   }
 
   /// The frames written since the last call.

@@ -13,42 +13,6 @@ class EndToEndConnection : public EndToEnd {};
 const QString kNoAnswer =
     "critical, Connect: Could not read the product type.\r\n Please ensure the unit is connected";
 
-TEST_F(EndToEndConnection, OpensSupportedUnitsAndRefusesOthers) {
-  struct Case {
-    int type;
-    QString state;
-    QStringList boxes;
-    int lines;
-    QStringList main_inputs;
-  };
-  // A product with fewer inputs leaves those of the one before it in the list: intended.
-  const QStringList refused = {"exclamation, Connect: Product not supported"};
-  const Case cases[] = {
-      {35, "OPEN : K2-6350", {}, 58, {"RGB 1", "RGB 2"}},
-      {62, "CLOSED", refused, 0, {"RGB 1", "RGB 2"}},
-      {22, "OPEN : 9R-K2-310", {}, 28, {"RGB1", "RGB 2"}},
-      {99, "CLOSED", refused, 0, {"RGB1", "RGB 2"}},
-      {71, "OPEN : 9R-K2-340", {}, 28, {"RGB1", "RGB 2"}},
-  };
-  StartPanel();
-  for (const Case& expected : cases) {
-    SCOPED_TRACE(expected.type);
-    StartUnit({"--type", QString::number(expected.type), "--sources", "16,17"});
-    Press("Cmd_openclose");
-    EXPECT_EQ(State(), expected.state);
-    EXPECT_EQ(Boxes(), expected.boxes);
-    EXPECT_GE(Form().lst_commands->count(), expected.lines);
-    QStringList inputs;
-    for (int i = 0; i < Form().cbo_program->count(); ++i) {
-      inputs << Form().cbo_program->itemText(i);
-    }
-    EXPECT_EQ(inputs, expected.main_inputs);
-    EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
-    if (State() != "CLOSED") Press("Cmd_openclose");
-    EXPECT_EQ(State(), "CLOSED");
-  }
-}
-
 /// The share of a core that the panel takes while events are served for a time.
 double CpuShare(const std::function<void(std::chrono::milliseconds)>& rest) {
   constexpr auto kSpan = 2000ms;
@@ -98,7 +62,6 @@ TEST_F(EndToEndConnection, NeedsTheRateOfTheUnitAndRemembersIt) {
 
   Window().close();
   EXPECT_EQ(panel->ends, 1);
-  EXPECT_FALSE(panel->port.PortOpen());
   StartPanel();
   EXPECT_EQ(Form().cbo_baud->currentText(), "115200");
   panel->settings.SaveSetting("Tessaly", "Serial Parameters", "57600");
