@@ -95,7 +95,7 @@ class AccessiblePad : public QAccessibleWidget {
       : QAccessibleWidget(pad, QAccessible::Grouping), pad_(pad) {}
 
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
-    const QString own = QAccessibleWidget::text(kind);
+    QString own = QAccessibleWidget::text(kind);
     if (kind == QAccessible::Name && own.isEmpty()) return pad_->Title();
     if (kind == QAccessible::Value) return Values();
     if (kind == QAccessible::Description) {
