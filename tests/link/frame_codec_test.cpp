@@ -20,17 +20,13 @@ TEST(FrameCodec, BuildsRequests) {
     std::string_view frame;
   } cases[] = {
       {{true, 0x10, 0, 0xD8}, "F84104100D8AD\r"},
-      {{true, 0x30, 7, 413}, "F843041019D93\r"},
       {{false, 0x10, 2, 0x10A}, "F041041010A00000262\r"},
-      {{false, 0x10, -1, 0x87}, "F0410410087FFFFFFD9\r"},
       {{false, 0x10, 0x1234567, 0x87}, "F0410410087234567AB\r"},
       // The unit counts resolutions from 1: writes are one up, reads carry no value.
       {{false, 0x10, 4, 131}, "F0410410083000005DD\r"},
       {{false, 0x10, -1, 131}, "F0410410083000000D8\r"},
       {{true, 0x10, 4, 131}, "F841041008358\r"},
       // The high digit is never more than 1, and the low ones are not padded.
-      {{true, 0x10, 0, 255}, "F84104100FFD4\r"},
-      {{true, 0x10, 0, 256}, "F8410410100D6\r"},
       {{true, 0x10, 0, 512}, "F8410410100D6\r"},
       {{true, 0x10, 0, 8}, "F841041008DD\r"},
       {{true, 0x05, 0, 0xD8, 0x7, 3}, "F8405730D811\r"},
@@ -42,17 +38,10 @@ TEST(FrameCodec, BuildsRequests) {
 
 TEST(FrameCodec, ChecksumKeepsTheLastTwoDigitsOfA16BitSum) {
   const std::string longest = "F" + std::string(2 * 128, 'F');  // 128 * 255 = 0x7F80
-  const std::pair<std::string, const char*> cases[] = {
-      {"F441041010A000002", "A2"}, {"F05", "5"}, {"F0A0", "A"}, {"F??10", "10"}, {longest, "80"}};
-  for (const auto& [frame, sum] : cases) EXPECT_EQ(FrameChecksum(TextToHex(frame)), TextToHex(sum));
+  for (const auto& [frame, sum] : {std::pair{"F05"s, "5"}, {"F??10", "10"}, {longest, "80"}}) {
+    EXPECT_EQ(FrameChecksum(TextToHex(frame)), TextToHex(sum));
+  }
   EXPECT_THROW((void)FrameChecksum(TextToHex(longest + "FF")), Fault);
-}
-
-TEST(FrameCodec, HexText) {
-  EXPECT_EQ(TextToHex("F\r\xFF"), "460DFF");
-  EXPECT_EQ(HexToText("4G41E"), "\0A"s);
-  EXPECT_EQ(HexToWire("4142E"), "AB\x0E");
-  EXPECT_EQ(HexToWire("46383431303431303044383F3F0D"), "F84104100D8??\r");
 }
 
 TEST(FrameCodec, DecodesRepliesByPosition) {
@@ -61,87 +50,56 @@ TEST(FrameCodec, DecodesRepliesByPosition) {
     std::tuple<int, int, int, int, int> fields;  // address, index, source, group, value
   } cases[] = {
       {"F441041010A000002A2\r", {266, 0, 16, 65, 2}},
-      {"F441041018E00000125\r", {398, 0, 16, 65, 1}},
       {"F4430410087FFFFFF00\r", {135, 0, 48, 65, -1}},
       {"F4430FFA087001001??\r", {135, 10, 48, 255, 4097}},
       {"F4410410087001002??\r", {135, 0, 16, 65, -16773118}},
       {"F4410410083000005??\r", {131, 0, 16, 65, 4}},
-      {"F4410410083000000??\r", {131, 0, 16, 65, -1}},
       {"F4410410083001002??\r", {131, 0, 16, 65, 4097}},  // one down before the sign is looked at
       {"F441041020A000002??\r", {267, 0, 16, 65, 2}},     // 2 + 255 + 0x0A
       {"F44x?41z00A00x002??\r", {10, 0, 0, 65, 0}},       // what is no hex gives 0
-      {"F0000123456\r", {345, 3, 0, 18, 0x1234 - 0x1000000}},
       {"F4410410\r", {0, 0, 16, 65, 0xF44104 - 0x1000000}},  // the shortest that holds a value
   };
   for (const auto& [reply, fields] : cases) {
     ReplyRecord record;
     DecodeReply(reply, record);
-    EXPECT_EQ(std::tuple(record.Address, record.Index, record.Source, record.Group, record.Value),
-              fields)
-        << reply;
+    const auto& [group, index, address, value, source, valid] = record;
+    EXPECT_EQ(std::tuple(address, index, source, group, value), fields) << reply;
   }
   ReplyRecord record;
   for (const auto* reply : {"", "\r", "F441234\r"}) EXPECT_THROW(DecodeReply(reply, record), Fault);
 }
 
-TEST(FrameCodec, ErrorReplyIsShorterThanEight) {
-  for (const auto* error : {"F0000\r", "xF0000\r", "F0000AB"}) EXPECT_TRUE(IsErrorReply(error));
-  for (const auto* normal : {"F0000AB\r", "F0000123456\r", "F000\r", ""}) {
-    EXPECT_FALSE(IsErrorReply(normal)) << normal;
-  }
-}
+TEST(FrameCodec, TellsRefusalsAndCompletePackets) {
+  for (const auto* error : {"F0000\r", "xF0000\r"}) EXPECT_TRUE(IsErrorReply(error));
+  for (const auto* normal : {"F0000AB\r", "F000\r"}) EXPECT_FALSE(IsErrorReply(normal));
 
-TEST(FrameCodec, CountedReplyIsCompleteAtItsExactLength) {
   EXPECT_TRUE(IsCountedReplyComplete("S\1A"));
   EXPECT_TRUE(IsCountedReplyComplete("S\xFF" + std::string(255, '\r')));
-  EXPECT_FALSE(IsCountedReplyComplete("S\0"s));  // three characters at least
-  EXPECT_FALSE(IsCountedReplyComplete("S\2A"));
-  EXPECT_FALSE(IsCountedReplyComplete("S\1AB"));
-  EXPECT_FALSE(IsCountedReplyComplete("xS\1A"));  // the length is the second character, always
+  // Three characters at least, the length is exact and always the second character.
+  for (const auto& other : {"S\0"s, "S\2A"s, "S\1AB"s, "xS\1A"s}) {
+    EXPECT_FALSE(IsCountedReplyComplete(other));
+  }
 }
 
 TEST(TextFunctions, HexAndBinaryForms) {
-  const std::pair<int, const char*> codes[] = {{0, "00"}, {5, "05"}, {255, "FF"}, {0x1A2, "A2"}};
-  for (const auto& [code, digits] : codes) {
-    EXPECT_EQ(TwoHexDigits(static_cast<std::int16_t>(code)), digits);
-  }
-  const std::pair<const char*, const char*> texts[] = {
-      {"5", "3035"}, {" AB ", "4142"}, {"1AB", "4142"}, {"", "30"}};
-  for (const auto& [text, hex] : texts) EXPECT_EQ(TextToTwoHexCodes(text), hex);
+  EXPECT_EQ(HexToText("4G41E"), "\0A"s);
+  EXPECT_EQ(TwoHexDigits(0x1A2), "A2");
+  EXPECT_EQ(TextToTwoHexCodes(" 1AB "), "4142");
+  EXPECT_EQ(TextToTwoHexCodes(""), "30");
   const std::pair<const char*, const char*> binary[] = {
-      {"0", "00000000"},  {"1", "00000001"},  {"2", "00000010"},    {"3", "00000011"},
-      {"0A", "00001010"}, {"FF", "11111111"}, {"155", "01010101"},  {"7FFE", "11111110"},
-      {"", "00000000"},   {"0G", "00000000"}, {"FFFF", "00000-11"},
-  };
+      {"1", "00000001"}, {"2", "00000010"},  {"3", "00000011"},   {"7FFE", "11111110"},
+      {"", "00000000"},  {"0G", "00000000"}, {"FFFF", "00000-11"}};
   for (const auto& [hex, digits] : binary) EXPECT_EQ(HexToBinary(hex), digits) << hex;
   EXPECT_THROW((void)HexToBinary("10000"), Fault);
 }
 
 TEST(Numbers, NumberAtTheStartOfAText) {
   const std::pair<const char*, double> cases[] = {
-      {"57600", 57600}, {"  12abc", 12}, {"-90", -90}, {"+5", 5},  {"1.5e2x", 150}, {"-.5", -.5},
-      {"&H30", 48},     {" &hffG", 255}, {"&H", 0},    {"", 0},    {"abc", 0},      {"inf", 0},
-      {"nan", 0},       {"-", 0},        {"+-5", 0},   {"--5", 0}, {".", 0},
-  };
+      {"  12abc", 12}, {"-90", -90},    {"+5", 5}, {"1.5e2x", 150}, {"-.5", -.5},
+      {"&H30", 48},    {" &hffG", 255}, {"&H", 0}, {"", 0},         {"abc", 0},
+      {"inf", 0},      {"nan", 0},      {"-", 0},  {"+-5", 0},      {".", 0}};
   for (const auto& [text, value] : cases) EXPECT_EQ(NumericValue(text), value) << text;
-  EXPECT_LT(NumericValue("-1e999"), 0);
-  EXPECT_THROW((void)RoundToInt32(NumericValue("1e999")), Fault);
-}
-
-TEST(Numbers, HexIsDigitsOnly) {
-  EXPECT_EQ(HexValue("fFfFfFfF"), 0xFFFFFFFFu);
-  for (const auto* text : {"", "-1", "+1", " 1", "1 ", "0x1", "&H1", "G", "123456789"}) {
-    EXPECT_EQ(HexValue(text), 0u) << text;
-  }
-}
-
-TEST(Numbers, RoundingIsToEvenAndChecked) {
-  const std::pair<double, int> halves[] = {{0.5, 0}, {1.5, 2}, {-2.5, -2}, {49.5, 50}, {-0.4, 0}};
-  for (const auto& [value, rounded] : halves) EXPECT_EQ(RoundToInt16(value), rounded);
-  EXPECT_EQ(RoundToInt16(32767.4), 32767);
-  for (const double value : {32767.5, -32769.0}) EXPECT_THROW((void)RoundToInt16(value), Fault);
-  EXPECT_THROW((void)RoundToInt32(2147483648.0), Fault);
-  EXPECT_THROW((void)NarrowToInt16(32768), Fault);
+  for (const auto* text : {"-1", " 1", "0x1", "123456789"}) EXPECT_EQ(HexValue(text), 0u) << text;
 }
 
 }  // namespace
