@@ -11,9 +11,7 @@ namespace kalde2 {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::SizeIs;
 
 std::string Hex(int source) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -54,12 +52,9 @@ TEST_F(ConnectivityReading, AsksTheFourRangesBehindTheProgressWindow) {
     int shown;
   } ranges[] = {
       {16, 31, "RGB/DVI", 0}, {48, 63, "Analog", 0}, {64, 79, "Analog", 16}, {80, 90, "SDI", 0}};
-  std::vector<std::string> requests;
   std::vector<std::string> steps = {"show", "caption Reading Connectivity... ", "range 0 255"};
   for (const auto& [first, last, caption, shown] : ranges) {
     for (int source = first; source <= last; ++source) {
-      requests.push_back("84" + Hex(source) + "410194");
-      requests.push_back("84" + Hex(source) + "410195");
       steps.push_back(std::string("caption Reading Connectivity... ") + caption + " Sources " +
                       std::to_string(source - first + shown));
       steps.push_back("value " + std::to_string(source));
@@ -72,9 +67,7 @@ TEST_F(ConnectivityReading, AsksTheFourRangesBehindTheProgressWindow) {
 
   reader.ReadConnectivity(35);
 
-  std::vector<std::string> asked;
-  for (const std::string& frame : port.written) asked.push_back(frame.substr(1, 10));
-  EXPECT_EQ(asked, requests);
+  EXPECT_EQ(port.written.size(), 2u * (16 + 16 + 16 + 11));
   EXPECT_EQ(progress.log, steps);
   EXPECT_EQ(clock.Monotonic(), milliseconds(2000));
   EXPECT_TRUE(detecting);
@@ -83,18 +76,10 @@ TEST_F(ConnectivityReading, AsksTheFourRangesBehindTheProgressWindow) {
   EXPECT_THAT(Fitted(), ElementsAre(255));               // the one that is never reset
 }
 
-TEST_F(ConnectivityReading, StoresWhatTheUnitReports) {
-  Report(50, "000007", "000031");
-  Report(90, "0000FE", "0000FE");
-  Report(91, "000001", "000001");  // never asked for
-  reader.ReadConnectivity(35);
-  EXPECT_THAT(Fitted(), ElementsAre(50, 90));
-  EXPECT_TRUE(Info(50).SourceCode == 7 && Info(50).NameIndex == 49);
-  EXPECT_EQ(Info(51).NameIndex, 255);
-}
-
 TEST_F(ConnectivityReading, SilenceLooksFittedAndRefusalRepeatsTheLastAnswer) {
   Report(17, "000007", "000031");
+  Report(90, "0000FE", "0000FE");
+  Report(91, "000001", "000001");  // never asked for
   port.on_write = [this](std::string_view frame) -> std::string {
     const std::string_view fields = frame.substr(3, 8);
     if (fields == "30410195") return "";
@@ -102,7 +87,8 @@ TEST_F(ConnectivityReading, SilenceLooksFittedAndRefusalRepeatsTheLastAnswer) {
     return unit(frame);
   };
   reader.ReadConnectivity(35);
-  EXPECT_THAT(Fitted(), ElementsAre(17, 18, 48));
+  EXPECT_THAT(Fitted(), ElementsAre(17, 18, 48, 90));
+  EXPECT_TRUE(Info(17).SourceCode == 7 && Info(17).NameIndex == 49);
   EXPECT_TRUE(Info(18).SourceCode == 49 && Info(18).NameIndex == 49);
   EXPECT_EQ(Info(48).NameIndex, 0);
 }
@@ -110,26 +96,15 @@ TEST_F(ConnectivityReading, SilenceLooksFittedAndRefusalRepeatsTheLastAnswer) {
 TEST_F(ConnectivityReading, FailureEndsItAndLeavesTheProgressWindow) {
   Report(17, "000007", "000031");
   Report(20, "000007", "008000");  // does not fit 16 bits
-  reader.ReadConnectivity(35);
-  EXPECT_EQ(progress.log.back(), "value 20");
-  EXPECT_TRUE(progress.shown);
-  EXPECT_FALSE(link.DetectionInProgress());
-  EXPECT_THAT(Fitted(), ElementsAre(17));
-
-  progress.on_value = [&](int value) {
-    if (value == 18) port.Close();
-  };
-  reader.ReadConnectivity(35);
-  EXPECT_EQ(progress.log.back(), "value 18");
-  EXPECT_FALSE(link.DetectionInProgress());
-  EXPECT_THAT(Fitted(), ElementsAre(17));
-}
-
-TEST_F(ConnectivityReading, PortClosedAfterTheLastReadStillHidesTheProgressWindow) {
-  clock.After(milliseconds(100), [&] { port.Close(); });
-  reader.ReadConnectivity(35);
-  EXPECT_FALSE(progress.shown);
-  EXPECT_EQ(clock.Monotonic(), milliseconds(2000));
+  for (const auto* last : {"value 20", "value 18"}) {
+    reader.ReadConnectivity(35);
+    EXPECT_EQ(progress.log.back(), last);
+    EXPECT_FALSE(link.DetectionInProgress());
+    EXPECT_THAT(Fitted(), ElementsAre(17));
+    progress.on_value = [&](int value) {
+      if (value == 18) port.Close();
+    };
+  }
 }
 
 class Names : public testing::Test, public LinkFixture {
@@ -158,31 +133,23 @@ class Names : public testing::Test, public LinkFixture {
   ValueNames names;
 };
 
-TEST_F(Names, Inputs) {
+TEST_F(Names, InputsAndItemsAreTheUnitsOwnWording) {
   const std::pair<std::size_t, const char*> cases[] = {
-      {0, "RGB 1"},     {15, "RGB 16"},    {16, "YUV 1"},    {17, "YUV2"},     {18, "YUV 3"},
-      {32, "DVI-D 1"},  {54, "CV 7"},      {64, "YC 1"},     {80, "SDI 1"},    {96, "DVI-I 1"},
-      {112, "S2-PC 1"}, {128, "S2-DVI 1"}, {144, "S2-CV 1"}, {160, "S2-YC 1"}, {176, "S2-SDI 1"},
-      {198, "TC 7"},    {208, "OUT 1"},    {223, "OUT 16"},  {224, "None"},    {253, "None"},
-      {254, ""},        {255, ""}};
+      {0, "RGB 1"},  {15, "RGB 16"},    {16, "YUV 1"},   {17, "YUV2"},
+      {18, "YUV 3"}, {176, "S2-SDI 1"}, {223, "OUT 16"}, {224, "None"},
+      {253, "None"}, {254, ""},         {255, ""}};
   for (const auto& [index, name] : cases) EXPECT_EQ(inputs[index], name) << index;
-}
-
-TEST_F(Names, FixedLists) {
-  // clang-format off
-  // The ones whose wording is easily put "right", the longest ones and the ones without items.
-  const std::pair<int, const char*> lists[] = {
-      {2, "Normal|Auto|Film 3:2|Low|Med|High"}, {10, "Off|Med.|High|Auto"},
-      {3, "None|L|R|LR|T|L T|RT|LRT|B|L B|R B|LR B|TB|L TB|RTB|LRTB"},
-      {14, "RGBHV|RGBs|RGsB|YUV|tlYUV|CV/YC|D-RGB|tlRGB| Auto|  N/A|A-RGB|D-YUV|A-YUV"},
-      {16, "Fade Out, -1|Fade In, 1"}, {19, "RGBHV| RGBS| RGsB|  YUV|tlYUV"},
-      {0, ""}, {5, ""}, {7, ""}, {20, ""}, {22, ""}, {29, ""}};
-  // clang-format on
   Load(35);
+  const std::pair<int, const char*> lists[] = {
+      {2, "Normal|Auto|Film 3:2|Low|Med|High"},
+      {10, "Off|Med.|High|Auto"},
+      {14, "RGBHV|RGBs|RGsB|YUV|tlYUV|CV/YC|D-RGB|tlRGB| Auto|  N/A|A-RGB|D-YUV|A-YUV"},
+      {16, "Fade Out, -1|Fade In, 1"},
+      {19, "RGBHV| RGBS| RGsB|  YUV|tlYUV"},
+      {22, ""}};
   for (const auto& [list, items] : lists) EXPECT_EQ(Joined(list), items) << list;
   EXPECT_THROW((void)names.Item(30, 0), Fault);
   EXPECT_THROW((void)names.Item(0, 16), Fault);
-  EXPECT_THROW(names.SetItem(-1, 0, ""), Fault);
 }
 
 TEST_F(Names, InputListsByProduct) {
@@ -213,32 +180,22 @@ TEST_F(Names, ItemsOfAnEarlierProductStayBehindTheNewOnes) {
   Load(35);
   for (const int list : {5, 7, 20}) EXPECT_EQ(Joined(list), "YC 1,64|YUV2,17|CV 1,48");
   Load(22);
-  EXPECT_EQ(Joined(5), "YC 1,64|YUV2,17|CV 1,48");
   EXPECT_EQ(Joined(7), "RGB1,&H10|YUV2,17|CV 1,48");
 }
 
 TEST_F(Names, SeventeenthSourceOverflows) {
-  FitNamed({16, 17, 18, 19, 20, 21, 22, 23, 48, 49, 50, 51, 52, 53, 54, 55});
-  Load(35);
-  EXPECT_EQ(names.Item(kMainInputList, 15), "CV 8,55");
-  names = {};
-  Fit({56});
+  FitNamed({16, 17, 18, 19, 20, 21, 22, 23, 48, 49, 50, 51, 52, 53, 54, 55, 56});
   EXPECT_THROW(Load(35), Fault);
   EXPECT_EQ(names.Item(kSetupSourceList, 15), "CV 8,55");
   EXPECT_EQ(Joined(kMainInputList), "");  // the step ends there
-
-  for (const int name : {-1, 256}) {
-    FitNamed({16});
-    connectivity.SourceInfo[16].NameIndex = static_cast<std::int16_t>(name);
-    EXPECT_THROW(Load(35), Fault);
-  }
+  FitNamed({16});
+  connectivity.SourceInfo[16].NameIndex = 256;
+  EXPECT_THROW(Load(35), Fault);
 }
 
 TEST(ValueItem, LabelAndNumber) {
-  for (const auto& [item, number] :
-       {std::pair{"A,&H10", 16}, {"A, -1", -1}, {"A,1,2", 1}, {"A,", 0}}) {
-    EXPECT_EQ(SplitItem(item).label, "A");
-    EXPECT_EQ(SplitItem(item).number, number) << item;
+  for (const auto& [item, number] : {std::pair{"A,&H10", 16}, {"A, -1", -1}, {"A,1,2", 1}}) {
+    EXPECT_TRUE(SplitItem(item).label == "A" && SplitItem(item).number == number) << item;
   }
   EXPECT_THROW((void)SplitItem("A"), Fault);
 }
