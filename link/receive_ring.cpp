@@ -18,17 +18,17 @@ struct ReceiveRing::Scan {
 void ReceiveRing::Store(std::string_view text) {
   const auto advance = [this] { write_index_ = write_index_ + 1 == kWrap ? 0 : write_index_ + 1; };
   for (const char c : text) {
-    elements_[static_cast<std::size_t>(write_index_)] = c;
+    rx_buffer_[static_cast<std::size_t>(write_index_)] = c;
     advance();
   }
-  elements_[static_cast<std::size_t>(write_index_)].reset();
+  rx_buffer_[static_cast<std::size_t>(write_index_)].reset();
   advance();
 }
 
 /// Appends the elements `from` to `last` up to a carriage return. True when one was found.
 bool ReceiveRing::Collect(int from, int last, Scan& scan) const {
   for (int i = from; i <= last; ++i) {
-    const auto& element = elements_[static_cast<std::size_t>(i)];
+    const auto& element = rx_buffer_[static_cast<std::size_t>(i)];
     if (!element) continue;
     scan.message += *element;
     if (*element == kFrameEnd) {
@@ -43,7 +43,7 @@ bool ReceiveRing::Collect(int from, int last, Scan& scan) const {
 /// brought is kept.
 void ReceiveRing::Search(int from, int last, Scan& scan) const {
   for (int i = from; i <= last; ++i) {
-    if (elements_[static_cast<std::size_t>(i)] != kFrameStart) continue;
+    if (rx_buffer_[static_cast<std::size_t>(i)] != kFrameStart) continue;
     scan.started = true;
     if (Collect(i, last, scan)) return;
   }
@@ -67,9 +67,9 @@ std::optional<std::string> ReceiveRing::NextFrame() {
 
 void ReceiveRing::Empty(int from, int to) {
   for (int i = from; i != to; i = i >= kWrap ? 0 : i + 1) {
-    elements_[static_cast<std::size_t>(i)].reset();
+    rx_buffer_[static_cast<std::size_t>(i)].reset();
   }
-  elements_[static_cast<std::size_t>(to)].reset();
+  rx_buffer_[static_cast<std::size_t>(to)].reset();
 }
 
 }  // namespace kalde2

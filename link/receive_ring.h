@@ -40,7 +40,7 @@ class ReceiveRing {
   void Search(int from, int last, Scan& scan) const;
   void Empty(int from, int to);
 
-  std::array<std::optional<char>, kElements> elements_{};
+  std::array<std::optional<char>, kElements> rx_buffer_{};
   int write_index_ = 0;
   int read_index_ = 0;
 };

@@ -275,4 +275,10 @@ void AddProductEntries(ParamCatalogue& catalogue, std::int32_t type) {
   Build6000Catalogue(catalogue, type);
 }
 
+void LoadProductCatalogue(ParamCatalogue& catalogue, ConnectivityReader& connectivity,
+                          std::int32_t type) {
+  AddProductEntries(catalogue, type);
+  connectivity.ReadConnectivity(type);
+}
+
 }  // namespace kalde2

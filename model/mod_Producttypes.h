@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "model/connectivity.h"
 #include "model/mod_active_dts.h"
 
 namespace kalde2 {
@@ -30,5 +31,9 @@ void Build6000Catalogue(ParamCatalogue& catalogue, std::int32_t type);
 
 /// Begins a build and runs the three builders; at most one adds anything.
 void AddProductEntries(ParamCatalogue& catalogue, std::int32_t type);
+
+/// Builds the catalogue of the detected product, then reads the connectivity of its unit.
+void LoadProductCatalogue(ParamCatalogue& catalogue, ConnectivityReader& connectivity,
+                          std::int32_t type);
 
 }  // namespace kalde2

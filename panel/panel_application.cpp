@@ -37,8 +37,7 @@ UnitConnection::Steps PanelApplication::OpenSteps() {
   return {
       .load_product_catalogue =
           [this](std::int32_t type) {
-            AddProductEntries(unit_.catalogue, type);
-            connectivity_reader_.ReadConnectivity(type);
+            LoadProductCatalogue(unit_.catalogue, connectivity_reader_, type);
           },
       .load_value_names =
           [this](std::int32_t type) {

@@ -311,8 +311,8 @@ QLabel* VornikForm::Caption(const char* name, const char* text, QWidget* buddy) 
 
 QBoxLayout* VornikForm::LayOutConnection() {
   QWidget* const content = fra_control->parentWidget();
-  const auto caption = [content](const char* text, QWidget* buddy) {
-    auto* const label = new QLabel(QLatin1String(text), content);
+  const auto caption = [content](const char* name, const char* text, QWidget* buddy) {
+    auto* const label = Named(new QLabel(QLatin1String(text), content), name);
     label->setBuddy(buddy);
     return label;
   };
@@ -320,11 +320,11 @@ QBoxLayout* VornikForm::LayOutConnection() {
   txt_port->setMaximumWidth(txt_port->fontMetrics().averageCharWidth() * (kPortDigits + 3));
   auto* const row = new QHBoxLayout;
   row->setSpacing(kGap);
-  row->addWidget(caption("Port", txt_port));
+  row->addWidget(caption("lbl_port", "Port", txt_port));
   row->addWidget(txt_port);
   row->addWidget(lbl_portdevice);
   row->addSpacing(kGap);
-  row->addWidget(caption("Baud rate", cbo_baud));
+  row->addWidget(caption("lbl_baud", "Baud rate", cbo_baud));
   row->addWidget(cbo_baud);
   row->addSpacing(kGap);
   row->addWidget(Cmd_openclose);
@@ -553,6 +553,11 @@ void VornikForm::SetFeatureControlsEnabled(bool enabled) {
 
 void VornikForm::SetAdvancedHeight(bool advanced) {
   window_.setFixedHeight(Scaled(advanced ? kAdvancedHeight : kCompactHeight));
+  // Out of view, the shrink controls are out of the keyboard's way, too.
+  for (QWidget* const widget : std::initializer_list<QWidget*>{
+           chk_shrinkenable, Slider("slide_shrink"), Slider("slide_shrinkv"), arr_shrinkposn}) {
+    widget->setFocusPolicy(advanced ? Qt::StrongFocus : Qt::NoFocus);
+  }
 }
 
 void VornikForm::SetAspectVisible(bool visible) {
