@@ -154,8 +154,8 @@ TEST_F(Commands, StepsAndTypedNumbersStayInRange) {
   }
   constexpr int kRefused = -999;
   const std::tuple<int, const char*, int> typed[] = {
-      {159, "100", 100},  {159, "100.4", kRefused}, {159, "-1", kRefused}, {159, "49.5", 50},
-      {159, "48.5", 48},  {159, "&H20", 32},        {159, " 7 x", 7},      {159, "", 0},
+      {159, "100", 100},  {159, "100.4", kRefused}, {159, "-0.4", kRefused}, {159, "49.5", 50},
+      {159, "48.5", 48},  {159, "&H20", 32},        {159, " 7 x", 7},        {159, "", 0},
       {131, "", kRefused}};
   for (const auto& [address, text, expected] : typed) {
     std::int32_t value = kRefused;
