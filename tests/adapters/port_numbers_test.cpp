@@ -24,26 +24,20 @@ TEST(PortNumbersTest, NumbersDevicesByKindAndThenByNumber) {
                                   {7, "/dev/ttyACM0"}, {8, "/dev/rfcomm0"}, {9, "/dev/ttyAMA0"},
                                   {10, "/dev/ttySAC1"}};
   EXPECT_EQ(NumberedBySystem(devices), expected);
-  EXPECT_EQ(NumberedBySystem({}), NumberedPorts());
 }
 
 TEST(PortNumbersTest, LinksWinAndDanglingOnesStandForNone) {
   QTemporaryDir folder;
-  const TestLine line;
-  const QString device = QString::fromStdString(line.Device());
-  ASSERT_TRUE(QFile::link(device, folder.filePath("1")));
-  ASSERT_TRUE(QFile::link(device, folder.filePath("40")));
-  ASSERT_TRUE(QFile::link("/dev/no-such-device", folder.filePath("2")));
-  ASSERT_TRUE(QFile::link(device, folder.filePath("spare")));
+  for (const char* name : {"1", "40", "spare"}) QFile::link("/dev/null", folder.filePath(name));
+  QFile::link("/dev/no-such-device", folder.filePath("2"));
   const NumberedPorts by_system = {{1, "/dev/a"}, {2, "/dev/b"}, {3, "/dev/c"}};
-  const NumberedPorts expected = {{1, device}, {3, "/dev/c"}, {40, device}};
+  const NumberedPorts expected = {{1, "/dev/null"}, {3, "/dev/c"}, {40, "/dev/null"}};
   EXPECT_EQ(WithLinks(by_system, folder.path()), expected);
   EXPECT_EQ(WithLinks(by_system, folder.filePath("missing")), by_system);
 
   const QtPortDirectory directory(folder.path());
-  EXPECT_EQ(directory.DeviceFor(40), device);
   EXPECT_EQ(directory.DeviceFor(2), "");
-  EXPECT_EQ(directory.PresentPorts().last(), "40: " + device);
+  EXPECT_EQ(directory.PresentPorts().last(), "40: /dev/null");
 }
 
 TEST(PortNumbersTest, TellsChangesOfLinksFromTheFirstOn) {
@@ -51,31 +45,28 @@ TEST(PortNumbersTest, TellsChangesOfLinksFromTheFirstOn) {
   const QString links = folder.filePath("KALDE2/ports");
   QtPortDirectory directory(links);
   QSignalSpy changed(&directory, &PortDirectory::Changed);
-
   QDir(folder.path()).mkdir("unrelated");
   const auto cpu_before = CpuTime();
   EXPECT_FALSE(changed.wait(300));
   EXPECT_LT(CpuTime() - cpu_before, 30ms);
 
-  ASSERT_TRUE(QDir().mkpath(links));
-  ASSERT_TRUE(QFile::link("/dev/null", links + "/41"));
-  ASSERT_TRUE(changed.wait(2000));
-  EXPECT_EQ(directory.DeviceFor(41), "/dev/null");
-  QTest::qWait(200);
+  for (int round = 0; round < 2; ++round) {
+    QDir().mkpath(links);
+    ASSERT_TRUE(changed.wait(2000)) << "the folder came, for the first time or back";
+    QTest::qWait(200);
+    changed.clear();
+    for (int number = 50; number < 60; ++number) {
+      QFile::link("/dev/null", links + '/' + QString::number(number));
+    }
+    QTest::qWait(400);
+    EXPECT_EQ(changed.count(), 1) << "a burst is one change";
+    EXPECT_EQ(directory.DeviceFor(59), "/dev/null");
 
-  changed.clear();
-  for (int number = 50; number < 60; ++number) {
-    ASSERT_TRUE(QFile::link("/dev/null", links + '/' + QString::number(number)));
+    ASSERT_TRUE(QDir(folder.filePath("KALDE2")).removeRecursively());
+    ASSERT_TRUE(changed.wait(2000));
+    EXPECT_EQ(directory.DeviceFor(59), "");
+    QTest::qWait(200);
   }
-  QTest::qWait(400);
-  EXPECT_EQ(changed.count(), 1) << "a burst is one change";
-
-  ASSERT_TRUE(QDir(folder.filePath("KALDE2")).removeRecursively());
-  ASSERT_TRUE(changed.wait(2000));
-  EXPECT_EQ(directory.DeviceFor(41), "");
-  QTest::qWait(200);
-  ASSERT_TRUE(QDir().mkpath(links));
-  EXPECT_TRUE(changed.wait(2000)) << "the folder came back";
 }
 
 }  // namespace
