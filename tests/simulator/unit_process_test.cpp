@@ -72,10 +72,11 @@ class UnitProgram : public testing::Test {
 TEST_F(UnitProgram, ServesItsLinkAcrossReopeningAndRemovesItOnEverySignal) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     Start({});
-    EXPECT_TRUE(Says("ready: port 1 is /dev/"));
+    ASSERT_TRUE(Says("ready: port 1 is /dev/"));
     unit_.closeWriteChannel();  // it lives on without a front panel
     for (int i = 0; i < 3; ++i) EXPECT_EQ(Line(link_).Exchange(kTypeQuery), kTypeReply);
     EXPECT_TRUE(Says("reads Product type [196]"));
+    ASSERT_GT(unit_.processId(), 0);  // kill() takes 0 for the tests themselves
     kill(static_cast<pid_t>(unit_.processId()), signal);
     EXPECT_EQ(ExitCode(), 0);
     EXPECT_FALSE(QFileInfo(link_).isSymLink());
