@@ -149,7 +149,7 @@ void UnitLoop::ReadCommands(int commands) {
     return;
   }
   command_line_.append(buffer.data(), static_cast<std::size_t>(count));
-  for (std::size_t end; (end = command_line_.find('\n')) != std::string::npos;) {
+  for (std::size_t end = 0; (end = command_line_.find('\n')) != std::string::npos;) {
     const std::string command = command_line_.substr(0, end);
     command_line_.erase(0, end + 1);
     Execute(command);
