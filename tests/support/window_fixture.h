@@ -41,6 +41,29 @@ class WindowFixture : public ::testing::Test {
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
                       list.visualItemRect(lines.front()).center());
   }
+
+  /// The captions and what can be used are those of a port that is open to a K2-6350.
+  void ExpectShowsOpen() const {
+    EXPECT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6350");
+    EXPECT_EQ(Form().Cmd_openclose->text(), "Close &Port");
+    EXPECT_FALSE(Form().txt_port->isEnabled() || Form().cbo_baud->isEnabled());
+    EXPECT_TRUE(Form().lst_commands->isEnabled() && Form().mnu_clone->isEnabled());
+  }
+
+  /// The same of a closed port.
+  void ExpectShowsClosed() const {
+    EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
+    EXPECT_EQ(Form().Cmd_openclose->text(), "Open &Port");
+    EXPECT_TRUE(Form().txt_port->isEnabled() && Form().cbo_baud->isEnabled());
+    EXPECT_FALSE(Form().mnu_clone->isEnabled() || Form().mnu_function->isEnabled());
+    EXPECT_EQ(Form().lst_commands->count(), 0);
+    EXPECT_FALSE(Find<QWidget>("frm_Progress")->isVisible());
+    for (const QWidget* const control : Form().ReplyControls()) {
+      if (control->parentWidget() == Form().fra_control) {
+        EXPECT_FALSE(control->isEnabled()) << control->objectName().toStdString();
+      }
+    }
+  }
 };
 
 }  // namespace kalde2

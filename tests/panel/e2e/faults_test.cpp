@@ -1,0 +1,206 @@
+// What goes wrong on a real line, in real time: a chosen part of the fault matrix.
+
+#include "tests/support/e2e_fixture.h"
+
+namespace kalde2 {
+namespace {
+
+using namespace std::chrono_literals;
+
+class FaultsInRealTime;
+
+enum class Act { kNothing, kOtherControl, kClosePort, kCloseWindow };
+
+struct Cell {
+  const char* fault;        ///< as it is typed at the unit's front panel
+  Act act = Act::kNothing;  ///< what the operator does in the midst of it
+  std::string_view box{};   ///< how the only message begins; the port is closed then
+};
+
+struct Operation {
+  const char* name;
+  void (*run)(FaultsInRealTime&);
+  bool opens;  ///< begins with the port closed
+  std::vector<Cell> cells;
+};
+
+class FaultsInRealTime : public EndToEnd, public ::testing::WithParamInterface<Operation> {
+ public:
+  using EndToEnd::Choose;
+  using EndToEnd::Form;
+  using EndToEnd::Press;
+  using EndToEnd::SelectLine;
+  using EndToEnd::unit;
+
+ protected:
+  void RunCell(const Operation& operation, const Cell& cell);
+  void Perform(Act act);
+  void ExpectBox(std::string_view beginning);
+  void ExpectEnded();
+  void ExpectNextOperationWorks();
+
+  [[nodiscard]] bool IsOpen() const { return panel->port.PortOpen(); }
+};
+
+constexpr std::string_view kNoAnswer = "critical, Connect: Could not read the product type.";
+constexpr std::string_view kLost = "critical, Connect: The serial port was lost: ";
+constexpr std::string_view kNoAnswerOrLost = "critical, Connect: ";  // whichever is noticed first
+
+// The time-out of a reply is a second.
+// clang-format off
+const Operation kOperations[] = {
+    {"open", [](FaultsInRealTime& t) { t.Press("Cmd_openclose"); }, true, {
+       {"silent-for=1"},
+       {"silent-for=1", Act::kClosePort},
+       {"late=600", Act::kCloseWindow},
+       {"split=600"},
+       {"split=1200"},
+       {"noise-before"},
+       {"error-reply", {}, kNoAnswer},
+       {"hang-up-before=1", {}, kNoAnswerOrLost},
+       {"hang-up-during=30", {}, kLost},
+    }},
+    {"slider", [](FaultsInRealTime& t) {
+       QTest::keyClick(t.Form().Slider("slide_ymax"), Qt::Key_Right); }, false, {
+       {"silent-for=1"},
+       {"silent-for=1", Act::kOtherControl},
+       {"late=600", Act::kClosePort},
+       {"split=600"},
+       {"split=1200"},
+       {"noise-before"},
+       {"error-reply"},
+       {"unasked=200", Act::kOtherControl},
+       {"hang-up-before=1", {}, kLost},
+    }},
+    {"edit", [](FaultsInRealTime& t) { t.SelectLine("Back Y"); t.Press("cmd_commandplus"); },
+       false, {
+       {"silent-for=1", Act::kClosePort},
+       {"late=600"},
+       {"split=600", Act::kOtherControl},
+       {"split=1200"},
+       {"noise-before"},
+       {"error-reply"},
+       {"unasked=200"},
+       {"hang-up-during=1", {}, kLost},
+    }},
+    {"cloneread", [](FaultsInRealTime& t) { t.Choose("mnu_clone_read"); }, false, {
+       {"silent-for=1"},
+       {"late=600", Act::kOtherControl},
+       {"split=600", Act::kCloseWindow},
+       {"split=1200", Act::kClosePort},
+       {"noise-before"},
+       {"error-reply=20"},
+       {"unasked=200"},
+       {"hang-up-during=20", {}, kLost},
+    }},
+    {"idle", [](FaultsInRealTime& t) { t.unit->Command("hang-up"); }, false, {
+       {"none", {}, kLost},
+    }},
+};
+// clang-format on
+
+TEST_P(FaultsInRealTime, EndInTruthAndInAPanelThatGoesOn) {
+  StartUnit();
+  StartPanel();
+  for (const Cell& cell : GetParam().cells) {
+    SCOPED_TRACE(std::string(cell.fault) + ", act " + std::to_string(static_cast<int>(cell.act)));
+    RunCell(GetParam(), cell);
+    if (HasFailure()) return;
+  }
+}
+
+void PrintTo(const Operation& operation, std::ostream* out) {
+  *out << operation.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, FaultsInRealTime, ::testing::ValuesIn(kOperations),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+void FaultsInRealTime::RunCell(const Operation& operation, const Cell& cell) {
+  if (operation.opens == IsOpen()) Press("Cmd_openclose");
+  ASSERT_NE(operation.opens, IsOpen());
+  const QByteArray fault = cell.fault;
+  unit->Command("fault " + fault);
+  ASSERT_TRUE(unit->Says("faults: "));
+
+  bool acted = false;
+  const auto act = [&] {
+    if (!std::exchange(acted, true)) Perform(cell.act);
+  };
+  QTimer in_the_midst;
+  in_the_midst.callOnTimeout(act);
+  in_the_midst.start(150ms);
+  // Slow in the first reply only: in each of hundreds it would take minutes.
+  QTimer mending;
+  mending.callOnTimeout([this] { unit->Command("fault none"); });
+  if (fault.startsWith("late") || fault.startsWith("split")) mending.start(300ms);
+  operation.run(*this);
+  act();
+  mending.stop();
+  in_the_midst.stop();
+  unit->Command("fault none");
+
+  ExpectBox(cell.box);
+  if (!cell.box.empty() && cell.box != kNoAnswer) {
+    EXPECT_TRUE(unit->Says("hung up"));
+    unit->Command("replug");
+    EXPECT_TRUE(unit->Says("ready: port 1"));
+  }
+  EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
+  if (cell.act == Act::kCloseWindow) {
+    ExpectEnded();
+    StartPanel();
+  } else if (cell.act == Act::kClosePort || !cell.box.empty()) {
+    ExpectShowsClosed();
+  } else {
+    ExpectShowsOpen();
+  }
+  ExpectNextOperationWorks();
+}
+
+void FaultsInRealTime::Perform(Act act) {
+  switch (act) {
+    case Act::kNothing:
+      return;
+    case Act::kOtherControl:
+      QTest::keyClick(Form().Slider("slide_ymin"), Qt::Key_Right);
+      return;
+    case Act::kClosePort:
+      Press("Cmd_openclose");
+      return;
+    case Act::kCloseWindow:
+      Window().close();
+      return;
+  }
+}
+
+void FaultsInRealTime::ExpectBox(std::string_view beginning) {
+  QStringList boxes = Boxes();
+  if (!beginning.empty()) {
+    EXPECT_TRUE(Becomes([&] { return !(boxes += Boxes()).isEmpty(); }));
+  }
+  Rest(100ms);  // for one that should not come
+  boxes += Boxes();
+  EXPECT_EQ(boxes.size(), beginning.empty() ? 0 : 1);
+  EXPECT_EQ(boxes.join("; ").toStdString().substr(0, beginning.size()), beginning);
+}
+
+void FaultsInRealTime::ExpectEnded() {
+  EXPECT_EQ(panel->ends, 1);
+  EXPECT_FALSE(IsOpen());
+  EXPECT_FALSE(Window().isVisible() || Find<QWidget>("frm_Progress")->isVisible());
+}
+
+void FaultsInRealTime::ExpectNextOperationWorks() {
+  if (!IsOpen()) Press("Cmd_openclose");
+  EXPECT_FALSE(Find<QWidget>("frm_Progress")->isVisible());
+  ExpectShowsOpen();
+  auto* const slider = Form().Slider("slide_softv");
+  const int before = slider->Value();
+  QTest::keyClick(slider, Qt::Key_Right);
+  EXPECT_EQ(slider->Value(), before + 1);
+  EXPECT_EQ(unit->Value(293), before + 1);
+}
+
+}  // namespace
+}  // namespace kalde2
