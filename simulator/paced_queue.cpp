@@ -21,6 +21,7 @@ std::string PacedQueue::Take(Clock::time_point now) {
   std::string bytes;
   while (!characters_.empty() && characters_.front().due <= now) {
     bytes += characters_.front().code;
+    through_ = characters_.front().due;
     characters_.pop_front();
   }
   return bytes;

@@ -24,6 +24,9 @@ class PacedQueue {
   /// The characters that are through by now.
   [[nodiscard]] std::string Take(Clock::time_point now);
 
+  /// When the character taken last was through; whoever takes late still learns when it was.
+  [[nodiscard]] Clock::time_point Through() const { return through_; }
+
   /// When the next character is through, nothing when none is under way.
   [[nodiscard]] std::optional<Clock::time_point> NextDue() const;
 
@@ -37,6 +40,7 @@ class PacedQueue {
 
   std::chrono::nanoseconds character_time_{0};
   std::deque<Character> characters_;
+  Clock::time_point through_;
 };
 
 }  // namespace kalde2

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -23,8 +24,9 @@ struct LoopOptions {
   bool quiet = false;       ///< no line for each frame
 };
 
-/// Puts a unit on a pseudo-terminal and keeps it running: waits in poll(2) for the panel, the
-/// operator and the next thing that is due, and for nothing else.
+/// Puts a unit on a pseudo-terminal and keeps it running: waits in pselect(2) for the panel, the
+/// operator and the next thing that is due, and for nothing else. What is due is done as of its own
+/// time, however late the system wakes the unit, so that a paced line keeps its pace.
 class UnitLoop {
  public:
   /// Writes one line of text, given without its end, for the operator.
@@ -45,7 +47,9 @@ class UnitLoop {
   using Clock = PacedQueue::Clock;
 
   [[nodiscard]] std::optional<Clock::time_point> NextDue() const;
-  [[nodiscard]] int PollTimeout() const;
+  /// Sleeps until one of the descriptors is readable or something is due; -1 stands for none.
+  /// @return for each whether it is readable
+  [[nodiscard]] std::array<bool, 3> Wait(const std::array<int, 3>& descriptors) const;
   void ReadLine();
   void ReadCommands(int commands);
   void Execute(std::string_view command);
