@@ -7,41 +7,25 @@
 #include "tests/support/fake_link.h"
 
 namespace kalde2 {
-namespace {
-
-constexpr std::size_t kHead = 2;
-constexpr std::string_view kQuery = "S\x07\xA2\x01?";
-
-void RequireCounted(LinkFixture& panel) {
-  std::string reply;
-  const bool answered = panel.link.SendAndReceiveCounted(kQuery, reply, kReplyTimeout, false);
-  Require(!answered || IsCountedReplyComplete(reply), "a packet that is taken is complete");
-  Require(!answered || reply.find('S') != std::string::npos, "a packet has its start in it");
-  Require(panel.port.handshaking.back() == Handshaking::kRtsXonXoff, "flow control is back");
-}
-
-void RequireText(LinkFixture& panel) {
-  std::string reply;
-  const bool answered = panel.link.SendAndReceive("4646", "\r", reply, kReplyTimeout, true);
-  Require(answered == (reply.find('\r') != std::string::npos), "a text reply ends with its end");
-}
-
-}  // namespace
-
 void FuzzOne(std::string_view input) {
+  constexpr std::size_t kHead = 2;
   if (input.size() < kHead) return;
   const std::chrono::milliseconds gap{20 * static_cast<unsigned char>(input[0])};
-  const bool is_packet = input[1] == 'P';
   LinkFixture panel;
   std::chrono::milliseconds at{0};
   for (const std::string_view piece : Pieces(input.substr(kHead), '|')) {
     panel.clock.After(at, [&panel, piece] { panel.port.Receive(piece); });
     at += gap;
   }
-  if (is_packet) {
-    RequireCounted(panel);
+  std::string reply;
+  if (input[1] == 'P') {
+    const bool answered = panel.link.SendAndReceiveCounted("S?", reply, kReplyTimeout, false);
+    Require(!answered || IsCountedReplyComplete(reply), "a packet that is taken is complete");
+    Require(!answered || reply.find('S') != std::string::npos, "a packet has its start in it");
+    Require(panel.port.handshaking.back() == Handshaking::kRtsXonXoff, "flow control is back");
   } else {
-    RequireText(panel);
+    const bool answered = panel.link.SendAndReceive("4646", "\r", reply, kReplyTimeout, true);
+    Require(answered == (reply.find('\r') != std::string::npos), "a text reply ends with its end");
   }
   Require(!panel.port.written.empty() && panel.port.written.size() <= kAttempts,
           "a request is sent one to three times");

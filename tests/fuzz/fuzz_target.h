@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "link/fault.h"
+
 namespace kalde2 {
 
 /// Feeds one input to the code of the target. What must hold is stated with `Require`; an exception
@@ -17,6 +19,17 @@ inline void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", what);
   std::abort();
+}
+
+/// Whether an act ends in a fault.
+template <typename Act>
+bool IsFault(Act act) {
+  try {
+    act();
+    return false;
+  } catch (const Fault&) {
+    return true;
+  }
 }
 
 /// The pieces of a text between separators, so that inputs can be written by hand: "F44|1041\r|"

@@ -5,57 +5,36 @@
 #include <cmath>
 
 #include "files/mod_resolutions.h"
-#include "link/fault.h"
 #include "link/frame_codec.h"
 #include "link/numbers.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace kalde2 {
-namespace {
-
-bool IsBinary(std::string_view digits) {
-  return digits.find_first_not_of("01") == std::string_view::npos;
-}
-
-void RequireBinary(std::string_view hex) {
-  constexpr std::size_t kDigits = 8;
-  Require(ByteToBits(hex).size() == kDigits && IsBinary(ByteToBits(hex)), "a byte has 8 bits");
-  try {
-    const std::string binary = HexToBinary(hex);
-    const bool is_negative = HexValue(hex) > 0x7FFF;
-    Require(binary.size() == kDigits, "a number has 8 digits");
-    Require(is_negative || binary == ByteToBits(hex) || HexValue(hex) == 0,
-            "both ways to the binary digits agree");
-  } catch (const Fault&) {
-    Require(HexValue(hex) > 0xFFFF, "only a number beyond 16 bits is refused");
-  }
-}
-
-void RequireNumber(std::string_view text) {
-  const double number = NumericValue(text);
-  Require(!std::isnan(number), "a number is one");
-  Require(NumericValue("  " + std::string(text)) == number, "leading blanks do not count");
-  try {
-    Require(std::abs(RoundToInt16(number) - number) <= 0.5, "rounding goes to the nearest");
-  } catch (const Fault&) {
-    Require(std::abs(number) >= 32767.5, "only a number beyond 16 bits is refused");
-  }
-}
-
-}  // namespace
 
 void FuzzOne(std::string_view input) {
   Require(HexToText(TextToHex(input)) == input, "a text survives its hex form");
   Require(HexToText(input).size() == input.size() / 2, "two digits are one character");
   Require(HexToWire(input).size() == (input.size() + 1) / 2, "a lone digit is one character");
   Require(TextToTwoHexCodes(input).size() <= 4, "two characters are four digits");
-  RequireBinary(input);
-  RequireNumber(input);
-  try {
-    (void)FrameChecksum(input);
-  } catch (const Fault&) {
-    Require(input.size() > 2 * 2 * 128, "only a long frame's sum leaves 16 bits");
-  }
+  Require(!IsFault([&] { (void)FrameChecksum(input); }) || input.size() > 2 * 2 * 128,
+          "only a long frame's sum leaves 16 bits");
+
+  const auto is_byte = [](std::string_view digits) {
+    return digits.size() == 8 && digits.find_first_not_of("01") == std::string_view::npos;
+  };
+  Require(is_byte(ByteToBits(input)), "a byte has 8 bits");
+  std::string binary;
+  const bool is_wide = IsFault([&] { binary = HexToBinary(input); });
+  Require(is_wide == (HexValue(input) > 0xFFFF), "only a number beyond 16 bits is refused");
+  Require(is_wide || HexValue(input) > 0x7FFF || is_byte(binary), "a positive number has 8 digits");
+
+  const double number = NumericValue(input);
+  Require(!std::isnan(number), "a number is one");
+  Require(NumericValue("  " + std::string(input)) == number, "leading blanks do not count");
+  double rounded = 0;
+  const bool is_refused = IsFault([&] { rounded = RoundToInt16(number); });
+  Require(is_refused ? std::abs(number) >= 32767.5 : std::abs(rounded - number) <= 0.5,
+          "rounding goes to the nearest, and only a number beyond 16 bits is refused");
 }
 
 }  // namespace kalde2

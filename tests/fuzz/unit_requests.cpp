@@ -9,10 +9,6 @@
 namespace kalde2 {
 namespace {
 
-bool IsWholeReply(std::string_view bytes) {
-  return bytes == kErrorReply || ReadOwnReply(bytes) || IsCountedReplyComplete(bytes);
-}
-
 /// A parameter request that the unit takes is what the panel's own codec makes of its fields.
 void RequireSameRequest(std::string_view frame) {
   const Reading<UnitRequest> reading = ReadRequest(frame);
@@ -37,7 +33,9 @@ void FuzzOne(std::string_view input) {
   const auto unit = std::make_unique<SimulatedUnit>(UnitOptions{});
   for (const std::string_view portion : Pieces(input, '|')) {
     for (const LineAction& action : unit->Receive(portion)) {
-      Require(IsWholeReply(action.bytes), "a unit without faults answers in whole frames");
+      Require(action.bytes == kErrorReply || ReadOwnReply(action.bytes) ||
+                  IsCountedReplyComplete(action.bytes),
+              "a unit without faults answers in whole frames");
       Require(!unit->DescribeReply(action.bytes).empty(), "every answer has a meaning");
     }
   }
