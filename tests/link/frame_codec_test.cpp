@@ -19,7 +19,6 @@ TEST(FrameCodec, BuildsRequests) {
     ParameterRequest request;
     std::string_view frame;
   } cases[] = {
-      {{true, 0x10, 0, 0xD8}, "F84104100D8AD\r"},
       {{false, 0x10, 2, 0x10A}, "F041041010A00000262\r"},
       {{false, 0x10, 0x1234567, 0x87}, "F0410410087234567AB\r"},
       // The unit counts resolutions from 1: writes are one up, reads carry no value.
