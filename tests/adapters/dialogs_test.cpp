@@ -44,18 +44,12 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   }
 }
 
-TEST(QtFileDialogsTest, TakeAnyNameAndNeverAsk) {
+TEST(QtFileDialogsTest, OverwriteAndOpenWithoutAsking) {
   QTemporaryDir folder;
-  ASSERT_TRUE(QFile(folder.filePath("old.txt")).open(QIODevice::WriteOnly));
+  const QString path = folder.filePath("old.txt");
+  ASSERT_TRUE(QFile(path).open(QIODevice::WriteOnly));
   const FileDialogSetup save{"Save", "Text file (*.txt)", "*.txt", ".txt"};
   QtFileDialogs dialogs;
-  const auto choose = [&](const char* name) {
-    OnNext<QFileDialog>([path = folder.filePath(name)](QFileDialog& dialog) {
-      dialog.selectFile(path);
-      static_cast<QDialog&>(dialog).accept();
-    });
-    return folder.filePath(name).toStdString();
-  };
   OnNext<QFileDialog>([](QFileDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "Save");
     EXPECT_EQ(dialog.nameFilters(), QStringList("Text file (*.txt)"));
@@ -63,12 +57,17 @@ TEST(QtFileDialogsTest, TakeAnyNameAndNeverAsk) {
     dialog.reject();
   });
   EXPECT_EQ(dialogs.AskSaveName(save), std::nullopt);
-  std::string path = choose("old.txt");
-  EXPECT_EQ(dialogs.AskSaveName(save), path);
-  path = choose("new");
-  EXPECT_EQ(dialogs.AskSaveName(save), path + ".txt");
-  path = choose("missing");
-  EXPECT_EQ(dialogs.AskOpenName({"Open", "Text (*.txt)", "*.txt", ""}), path);
+  const auto accept_next = [](const QString& name) {
+    OnNext<QFileDialog>([name](QFileDialog& dialog) {
+      dialog.selectFile(name);
+      static_cast<QDialog&>(dialog).accept();
+    });
+  };
+  accept_next(path);
+  EXPECT_EQ(dialogs.AskSaveName(save), path.toStdString());
+  const QString missing = folder.filePath("missing");
+  accept_next(missing);
+  EXPECT_EQ(dialogs.AskOpenName({"Open", "Text (*.txt)", "*.txt", ""}), missing.toStdString());
 }
 
 }  // namespace

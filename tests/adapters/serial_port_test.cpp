@@ -39,13 +39,14 @@ class QtSerialPortTest : public testing::Test, public PortListener {
     return line_.Settings().c_iflag & (IXON | IXOFF | IXANY);
   }
 
-  /// Reads until `size` characters are there or a second has passed.
+  /// Reads until `size` characters are there or a second passes without any.
   std::string ReadAtLeast(std::size_t size) {
     std::string text;
-    const auto deadline = clock_.Monotonic() + 1s;
-    while (text.size() < size && clock_.Monotonic() < deadline) {
+    while (text.size() < size) {
+      const auto before = clock_.Monotonic();
+      clock_.ServeEvents(1s);
+      if (clock_.Monotonic() - before >= 1s) break;
       text += port_.Input();
-      if (text.size() < size) clock_.ServeEvents(deadline - clock_.Monotonic());
     }
     return text;
   }
@@ -72,8 +73,6 @@ TEST_F(QtSerialPortTest, OpensWithBothFlowControlsAndIsUselessClosed) {
   EXPECT_EQ(cfgetospeed(&settings), speed_t{B38400});
   EXPECT_EQ(settings.c_cflag & (CSIZE | PARENB | CSTOPB | CRTSCTS), tcflag_t{CS8 | CRTSCTS});
   EXPECT_EQ(SoftwareFlowControl(), tcflag_t{IXON | IXOFF});
-  EXPECT_NE(port_.findChild<QSerialPort*>("MSComm1"), nullptr);
-
   port_.Close();
   EXPECT_THROW(port_.Output("x"), Fault);
   EXPECT_THROW((void)port_.Input(), Fault);
@@ -93,11 +92,10 @@ TEST_F(QtSerialPortTest, SaysWhyItDoesNotOpen) {
 
   ASSERT_EQ(chmod(line_.Device().c_str(), 0), 0);
   constexpr uid_t kNobody = 65534;
-  const uid_t user = geteuid();
-  // Nothing is forbidden to root.
-  ASSERT_EQ(user == 0 ? setresuid(kNobody, kNobody, 0) : 0, 0);
+  const bool is_root = geteuid() == 0;  // to whom nothing is forbidden
+  ASSERT_EQ(is_root ? setresuid(kNobody, kNobody, 0) : 0, 0);
   const std::optional<std::string> problem = port_.Open(kSetup);
-  ASSERT_EQ(user == 0 ? setresuid(0, 0, 0) : 0, 0);
+  ASSERT_EQ(is_root ? setresuid(0, 0, 0) : 0, 0);
   EXPECT_EQ(problem, line_.Device() + " may only be used by the members of the group \"" +
                          QFileInfo(directory_.device).group().toStdString() + '"');
 }
@@ -151,16 +149,13 @@ TEST_F(QtSerialPortTest, LossClosesOnceWithoutSpinning) {
     EXPECT_LT(CpuTime() - cpu_before, 60ms);
     EXPECT_EQ(losses_, 1);
   }
-}
-
-TEST_F(QtSerialPortTest, LossOfAnEarlierOpeningLeavesTheNextAlone) {
+  // The loss of an earlier opening leaves the next alone.
+  losses_ = 0;
   OpenNewLine();
-  line_.HangUp();
-  EXPECT_THROW(port_.Output("F\r"), Fault);
+  ways[2]();
   OpenNewLine();
   QTest::qWait(50);
-  EXPECT_TRUE(port_.PortOpen());
-  EXPECT_EQ(losses_, 0);
+  EXPECT_TRUE(port_.PortOpen() && losses_ == 0);
 }
 
 }  // namespace

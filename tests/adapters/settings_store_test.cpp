@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -20,7 +20,6 @@ TEST(QtSettingsStoreTest, KeepsTextsAndTellsAbsentFromEmpty) {
     QtSettingsStore().SaveSetting("Tessaly", "Serial Port", text);
     EXPECT_EQ(QtSettingsStore().GetSetting("Tessaly", "Serial Port", "1"), text);
   }
-  EXPECT_EQ(QtSettingsStore().GetSetting("Tessaly", "Serial Parameters", "57600"), "57600");
   EXPECT_EQ(QtSettingsStore().GetSetting("Other", "Serial Port", "none"), "none");
 }
 
@@ -30,32 +29,22 @@ TEST(QtSettingsStoreTest, WhatCannotBeStoredIsGivenUpInSilenceAndAtOnce) {
   ASSERT_TRUE(file.open(QFile::WriteOnly));
   const auto store_in = [](const QString& path) {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, path);
-    QElapsedTimer timer;
-    timer.start();
+    const QDeadlineTimer at_once(5000);
     QtSettingsStore().SaveSetting("Tessaly", "Serial Port", "7");
-    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_FALSE(at_once.hasExpired());
   };
   const auto stored = [] { return QtSettingsStore().GetSetting("Tessaly", "Serial Port", "none"); };
+  store_in(file.fileName());  // a file in place of the folder
+  const QString path = folder.filePath("full");
   {
-    SCOPED_TRACE("a file in place of the folder");
-    store_in(file.fileName());
-  }
-  {
-    SCOPED_TRACE("a full disk");
-    const QString path = folder.filePath("full");
-    {
-      const FullDisk disk(0);
-      store_in(path);
-    }
+    const FullDisk disk(0);
     store_in(path);
-    EXPECT_EQ(stored(), "7");
   }
-  {
-    SCOPED_TRACE("a folder that cannot be written to");
-    const UnwritableFolder unwritable(folder.path().toStdString());
-    store_in(folder.filePath("unwritable"));
-    EXPECT_EQ(stored(), "none");
-  }
+  store_in(path);
+  EXPECT_EQ(stored(), "7");
+  const UnwritableFolder unwritable(folder.path().toStdString());
+  store_in(folder.filePath("unwritable"));
+  EXPECT_EQ(stored(), "none");
 }
 
 }  // namespace
