@@ -5,10 +5,9 @@
 namespace kalde2 {
 namespace {
 
-class FrontPanelTest : public testing::Test {
- protected:
-  SimulatedUnit unit_{{}};
-  FrontPanel panel_{unit_};
+struct FrontPanelTest : testing::Test {
+  SimulatedUnit unit{{}};
+  FrontPanel panel{unit};
 };
 
 TEST_F(FrontPanelTest, ChangesValuesAndSaysSoOnTheLine) {
@@ -19,19 +18,18 @@ TEST_F(FrontPanelTest, ChangesValuesAndSaysSoOnTheLine) {
       {"source 64", "F4410410116000040EC\r"},
       {"set 185 -1", "F44404100B9FFFFFF7B\r"},  // for the source just chosen
   };
-  for (const auto& [command, frame] : kFrames) EXPECT_EQ(panel_.Execute(command).frame, frame);
+  for (const auto& [command, frame] : kFrames) EXPECT_EQ(panel.Execute(command).frame, frame);
   constexpr std::pair<const char*, const char*> kTexts[] = {
       {"get 266", "2"}, {"get 131", "4"}, {"get 185 48", "40"}, {"get 185", "-1"}};
-  for (const auto& [command, text] : kTexts) EXPECT_EQ(panel_.Execute(command).text, text);
+  for (const auto& [command, text] : kTexts) EXPECT_EQ(panel.Execute(command).text, text);
 }
 
 TEST_F(FrontPanelTest, RefusesWhatItCannotDoAndSendsNothing) {
   for (const char* command : {"jump", "set 266", "set 129 1", "set 414 1", "set 266 x",
                               "set 266 8388608", "set 185 1 256", "set 185 1 2 3", "get 1",
                               "source -1", "source 256", "baud fast", "fault loud", "quit now"}) {
-    const FrontPanelResult result = panel_.Execute(command);
-    EXPECT_NE(result.text, "") << command;
-    EXPECT_EQ(result.frame, "") << command;
+    const FrontPanelResult result = panel.Execute(command);
+    EXPECT_TRUE(!result.text.empty() && result.frame.empty()) << command;
     EXPECT_EQ(result.order, LineOrder::kNone) << command;
   }
 }
