@@ -43,13 +43,6 @@ class Editor : public PanelFixture {
     Tick("tmr_updatelstCommands");
   }
 
-  /// Opens and lets the first rebuild pass.
-  void OpenSettled() {
-    StartAndOpen();
-    Tick("tmr_updatelstCommands");
-    (void)Written();
-  }
-
   /// Whether a value is chosen from a list, else it is a number with its two buttons.
   [[nodiscard]] bool ShowsList() {
     const bool list = Choices().isVisible();
@@ -81,24 +74,20 @@ TEST_F(Editor, ListsTheParametersOfTheUnit) {
 
 TEST_F(Editor, SelectionPreparesTheEditor) {
   OpenSettled();
-  ChangeAtUnit(222, -7);
-  ChangeAtUnit(266, 2);
-  ChangeAtUnit(130, 48);
-  ChangeAtUnit(131, 4);
-  struct Case {
-    int address;
-    const char* value;
-    int entries;  ///< none: a number
-  };
-  const Case cases[] = {{222, "-7", 0},   {266, "Lock+Mix", 3}, {131, "640 x 400 85Hz", 106},
-                        {130, "CV 1", 5}, {384, "None", 16},    {159, "0", 0}};
-  for (const Case& row : cases) {
-    Select(row.address);
-    const bool list = row.entries > 0;
-    EXPECT_EQ(ShowsList(), list) << row.address;
-    EXPECT_EQ(list ? Choices().currentText() : Value().text(), row.value) << row.address;
-    EXPECT_EQ(list ? Choices().count() : 0, row.entries) << row.address;
-    EXPECT_EQ(panel->Editor().CurrentCommand(), row.address - kFirstAddress);
+  for (const auto& [address, value] : {std::pair{222, -7}, {266, 2}, {130, 48}, {131, 4}}) {
+    ChangeAtUnit(address, value);
+  }
+  const std::tuple<int, const char*, int> cases[] = {
+      // no entries: a number
+      {222, "-7", 0},   {266, "Lock+Mix", 3}, {131, "640 x 400 85Hz", 106},
+      {130, "CV 1", 5}, {384, "None", 16},    {159, "0", 0}};
+  for (const auto& [address, value, entries] : cases) {
+    SCOPED_TRACE(address);
+    Select(address);
+    EXPECT_EQ(ShowsList(), entries > 0);
+    EXPECT_EQ(entries > 0 ? Choices().currentText() : Value().text(), value);
+    EXPECT_EQ(entries > 0 ? Choices().count() : 0, entries);
+    EXPECT_EQ(panel->Editor().CurrentCommand(), address - kFirstAddress);
   }
   QTest::keyClick(&List(), Qt::Key_Up);  // the keyboard selects as the mouse does
   EXPECT_NE(panel->Editor().CurrentCommand(), 159 - kFirstAddress);
@@ -141,7 +130,7 @@ TEST_F(Editor, EachWayOfChangingSendsAndStores) {
     EXPECT_EQ(Recorded(row.address), row.stored);
     EXPECT_EQ(unit->Value(row.address, 16), row.stored);
     EXPECT_EQ(Tick("tmr_updatelstCommands"), !row.sent.empty());
-    if (Value().isVisible() && !row.sent.empty()) {
+    if (!ShowsList() && !row.sent.empty()) {
       EXPECT_EQ(Value().text(), QString::number(row.stored));
     }
   }
@@ -161,7 +150,7 @@ TEST_F(Editor, PerSourceParametersNameTheSetupSource) {
 TEST_F(Editor, BurstOfChangesLeadsToOneRebuild) {
   OpenSettled();
   Select(159);
-  QTimer& timer = *Find<QTimer>("tmr_updatelstCommands");
+  QTimer& timer = *Form().tmr_updatelstCommands;
   EXPECT_EQ(timer.interval(), 1000);
   const QSignalSpy rebuilt(List().model(), &QAbstractItemModel::modelReset);
   Press("cmd_commandplus");
@@ -169,8 +158,7 @@ TEST_F(Editor, BurstOfChangesLeadsToOneRebuild) {
   constexpr int kInaccuracy = 50;  // of such a timer
   QTest::qWait(kPause);
   Press("cmd_commandplus");
-  Press("cmd_commandMinus");
-  EXPECT_LT(timer.remainingTime(), timer.interval() - kPause + kInaccuracy);  // is not restarted
+  EXPECT_LT(timer.remainingTime(), timer.interval() - kPause + kInaccuracy) << "is not restarted";
   EXPECT_EQ(rebuilt.count(), 0);
   EXPECT_TRUE(Tick("tmr_updatelstCommands"));
   EXPECT_EQ(rebuilt.count(), 1);

@@ -1,6 +1,5 @@
 #include <QClipboard>
 #include <QGuiApplication>
-#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -17,19 +16,12 @@ const auto kSection = QStringLiteral("Tessaly");
 const auto kBaud = QStringLiteral("Serial Parameters");
 const auto kPort = QStringLiteral("Serial Port");
 
-const Box kNoAnswer = {"Could not read the product type.\r\n Please ensure the unit is connected",
-                       BoxIcon::kCritical, "Connect"};
-const Box kNotSupported = {"Product not supported", BoxIcon::kExclamation, "Connect"};
-
 class Connection : public PanelFixture {
  protected:
   void ExpectClosed() {
     EXPECT_FALSE(port.open || panel->Connection().UnitConnected());
-    EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
-    EXPECT_TRUE(Form().txt_port->isEnabled() && Form().cbo_baud->isEnabled());
-    EXPECT_FALSE(Form().mnu_clone->isEnabled() || Form().lst_commands->isEnabled());
-    EXPECT_EQ(Form().lst_commands->count(), 0);
     EXPECT_FALSE(panel->Progress().isVisible());
+    ExpectShowsClosed();
   }
 
   [[nodiscard]] static Texts Items(const QComboBox& combo) {
@@ -41,25 +33,7 @@ class Connection : public PanelFixture {
     return items;
   }
 
-  /// A moment of an opening with a slow unit: so long after its n-th request.
-  using Moment = std::pair<int, milliseconds>;
   static constexpr int kConnectivityReads = 2 * (16 + 16 + 16 + 11);
-  static constexpr Moment kMoments[] = {
-      {1, milliseconds(5)},                          // the product type
-      {60, milliseconds(5)},                         // a source in the midst of the connectivity
-      {1 + kConnectivityReads, milliseconds(1000)},  // its result stands on the progress window
-      {2 + kConnectivityReads, milliseconds(5)},     // the first source that is sent
-      {4 + kConnectivityReads, milliseconds(5)},     // the last one
-  };
-
-  /// Lets the operator act once, at this moment of the next opening.
-  void At(const Moment& moment, std::function<void()> act) {
-    port.on_write = [this, unit_answer = port.on_write, moment, act = std::move(act),
-                     count = 0](std::string_view frame) mutable {
-      if (++count == moment.first) clock.After(moment.second, act);
-      return unit_answer(frame);
-    };
-  }
 };
 
 // ------------------------------------------------------------------------------------ start-up
@@ -134,32 +108,28 @@ TEST_F(Connection, PortNumberTakesDigitsAndColonOnly) {
 
 TEST_F(Connection, RefusesToOpenAndSaysWhy) {
   constexpr auto kTitle = "Error opening port - choose another port";
-  struct Case {
-    const char* stored_port;
-    const char* fault;
-    int type;
-    Box box;
-    std::size_t requests;
-  };
+  const Box no_answer = {"Could not read the product type.\r\n Please ensure the unit is connected",
+                         BoxIcon::kCritical, "Connect"};
+  const Box not_supported = {"Product not supported", BoxIcon::kExclamation, "Connect"};
   const Box no_such_port = {"There is no serial port 99999 on this computer", BoxIcon::kCritical,
                             kTitle};
-  const Case cases[] = {
-      {"99999", "none", 35, no_such_port, 0}, {"1", "silent", 35, kNoAnswer, 3},
-      {"1", "error-reply", 35, kNoAnswer, 1}, {"1", "none", 62, kNotSupported, 1},
-      {"1", "none", -1, kNotSupported, 1},
+  const std::tuple<const char*, const char*, int, Box, std::size_t> cases[] = {
+      {"99999", "none", 35, no_such_port, 0}, {"1", "silent", 35, no_answer, 3},
+      {"1", "error-reply", 35, no_answer, 1}, {"1", "none", 62, not_supported, 1},
+      {"1", "none", -1, not_supported, 1},
   };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.box.prompt + " " + row.fault + " " + std::to_string(row.type));
+  for (const auto& [number, fault, type, box, requests] : cases) {
+    SCOPED_TRACE(box.prompt + " " + fault + " " + std::to_string(type));
     panel.reset();
-    settings.values[{kSection, kPort}] = row.stored_port;
-    ConnectUnit({.product_type = row.type});
-    ASSERT_EQ(unit->Faults().Add(row.fault), std::nullopt);
+    settings.values[{kSection, kPort}] = number;
+    ConnectUnit({.product_type = type});
+    ASSERT_EQ(unit->Faults().Add(fault), std::nullopt);
     Start();
     boxes.shown.clear();
     Press("Cmd_openclose");
-    EXPECT_EQ(boxes.shown, std::vector<Box>{row.box});
+    EXPECT_EQ(boxes.shown, std::vector<Box>{box});
     ExpectClosed();
-    EXPECT_EQ(Written().size(), row.requests);
+    EXPECT_EQ(Written().size(), requests);
   }
   // What no port has reaches the port as it was asked for.
   panel.reset();
@@ -174,12 +144,7 @@ TEST_F(Connection, RefusesToOpenAndSaysWhy) {
 }
 
 TEST_F(Connection, OffersWhatEachModelHas) {
-  struct Model {
-    int type;
-    const char* code;
-    bool features, autoset, overscan;
-  };
-  const Model models[] = {
+  const std::tuple<int, const char*, bool, bool, bool> models[] = {
       {23, "9R-K2-315", true, true, true},
       {24, "9R-K2-320", false, false, false},
       {71, "9R-K2-340", false, true, false},
@@ -187,25 +152,23 @@ TEST_F(Connection, OffersWhatEachModelHas) {
   };
   Start();
   // One after the other on one panel: nothing of a model stays with the next.
-  for (const Model& model : models) {
-    SCOPED_TRACE(model.type);
-    ConnectUnit({.product_type = model.type});
+  for (const auto& [type, code, features, autoset, overscan] : models) {
+    SCOPED_TRACE(type);
+    ConnectUnit({.product_type = type});
     Press("Cmd_openclose");
-    EXPECT_EQ(Form().lbl_comstate->text(), QStringLiteral("OPEN : ") + model.code);
-    EXPECT_EQ(panel->Connection().ProductType(), model.type);
-    EXPECT_EQ(Form().mnu_function_advanced->isEnabled(), model.features);
-    EXPECT_EQ(Form().cmd_fade->isEnabled(), model.features);
-    EXPECT_EQ(Form().opt_lock[2]->isEnabled(), model.features);
-    EXPECT_EQ(Form().cmd_autoset->isEnabled(), model.autoset);
-    EXPECT_EQ(Form().cmd_overscan->isEnabled(), model.overscan);
-    EXPECT_EQ(Form().cmd_underscan->isEnabled(), model.overscan);
+    EXPECT_EQ(Form().lbl_comstate->text(), QStringLiteral("OPEN : ") + code);
+    EXPECT_EQ(Form().mnu_function_advanced->isEnabled(), features);
+    EXPECT_EQ(Form().cmd_fade->isEnabled(), features);
+    EXPECT_EQ(Form().opt_lock[2]->isEnabled(), features);
+    EXPECT_EQ(Form().cmd_autoset->isEnabled(), autoset);
+    EXPECT_EQ(Form().cmd_overscan->isEnabled(), overscan);
+    EXPECT_EQ(Form().cmd_underscan->isEnabled(), overscan);
     EXPECT_TRUE(Form().cbo_program->isEnabled() && Form().lst_commands->isEnabled());
     // Shrink starts switched off after each connect, without a word to the unit.
     EXPECT_FALSE(Form().chk_shrinkenable->isChecked());
     EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
     for (const std::string& request : Sent()) EXPECT_NE(request.substr(0, 6), "10 18E");
     Form().chk_shrinkenable->click();
-    EXPECT_TRUE(Form().Slider("slide_shrink")->isEnabled());
     Press("Cmd_openclose");
     (void)Written();
   }
@@ -252,45 +215,53 @@ TEST_F(Connection, AsksForTheTypeAndTheSourcesAndSendsTheFirstOfEachList) {
 
 TEST_F(Connection, EndedAtAnyMomentOfItsOpeningItStaysSilentAndOpensAgain) {
   struct End {
+    const char* name;
     std::function<void()> act;
-    std::vector<Box> boxes = {};
     int ends = 0;
+    std::vector<Box> boxes = {};
   };
-  const Box lost = {"The serial port was lost: gone", BoxIcon::kCritical, "Connect"};
-  const std::map<std::string, End> ends_by = {
-      {"close", {[this] { Press("Cmd_openclose"); }}},
-      {"lose",
-       {[this] {
-          port.Close();
-          Window().PortLost("gone");
-        },
-        {lost}}},
-      {"close the window", {[this] { Window().close(); }, {}, 1}},
-      {"exit", {[this] { Choose("mnu_file_exit"); }, {}, 1}},
+  const auto lose = [this] {
+    port.Close();
+    Window().PortLost("gone");
   };
-  for (const auto& [name, end] : ends_by) {
-    for (const Moment& moment : kMoments) {
-      SCOPED_TRACE(name + " at request " + std::to_string(moment.first));
+  const End ways[] = {
+      {"close", [this] { Press("Cmd_openclose"); }},
+      {"close the window", [this] { Window().close(); }, 1},
+      {"exit", [this] { Choose("mnu_file_exit"); }, 1},
+      {"lose", lose, 0, {{"The serial port was lost: gone", BoxIcon::kCritical, "Connect"}}},
+  };
+  // With a unit that answers after 10 ms, so long after the n-th request.
+  const std::pair<std::size_t, milliseconds> moments[] = {
+      {1, milliseconds(5)},                          // the product type
+      {60, milliseconds(5)},                         // a source in the midst of the connectivity
+      {1 + kConnectivityReads, milliseconds(1000)},  // its result stands on the progress window
+      {2 + kConnectivityReads, milliseconds(5)},     // the first source that is sent
+      {4 + kConnectivityReads, milliseconds(5)},     // the last one
+  };
+  for (const End& end : ways) {
+    for (const auto& [last, delay] : moments) {
+      SCOPED_TRACE(end.name + std::string(" at request ") + std::to_string(last));
       panel.reset();
       ConnectUnit({.fitted_sources = {16, 48}, .latency = milliseconds(10)});
       Start();
       boxes.shown.clear();
       ends = 0;
-      std::size_t requests = 0;
-      At(moment, [&, act = end.act] {
-        act();
-        requests = port.written.size();
-      });
+      (void)Written();
+      port.on_write = [&, unit_answer = port.on_write](std::string_view frame) {
+        if (port.written.size() == last) clock.After(delay, end.act);
+        return unit_answer(frame);
+      };
       Press("Cmd_openclose");
       EXPECT_FALSE(port.open);
-      EXPECT_EQ(port.written.size(), requests);
+      EXPECT_EQ(Written().size(), last);
       EXPECT_EQ(ends, end.ends);
       EXPECT_EQ(boxes.shown, end.boxes);
       if (end.ends > 0) continue;
       Tick("tmr_updatelstCommands");
       ExpectClosed();
+      ConnectUnit({.fitted_sources = {16, 48}});
       Press("Cmd_openclose");
-      EXPECT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6350");
+      ExpectShowsOpen();
       EXPECT_TRUE(Form().cbo_lock->count() == 2 && Form().cbo_program->count() == 2);
     }
   }

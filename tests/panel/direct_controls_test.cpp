@@ -39,11 +39,6 @@ class DirectControlsTest : public PanelFixture {
     Settle();
     return outcome;
   }
-
-  void Step(const char* pad, int arrow) {
-    const auto name = QStringLiteral("pic_arrow_%1").arg(arrow);
-    QTest::mouseClick(Find<ArrowControl>(pad)->findChild<QWidget*>(name), Qt::LeftButton);
-  }
 };
 
 enum PadArrow { kLeft, kUp, kRight, kDown };
@@ -52,16 +47,16 @@ TEST_F(DirectControlsTest, ASliderSendsAndRecordsItsValueAsItIs) {
   constexpr std::pair<const char*, int> kRows[] = {
       {"slide_shrink", 135}, {"slide_shrinkv", 262}, {"slide_softu", 291}, {"slide_softv", 293},
       {"slide_softy", 289},  {"slide_umax", 179},    {"slide_umin", 176},  {"slide_vmax", 180},
-      {"slide_vmin", 177},   {"slide_ymax", 178},    {"slide_ymin", 175},  {"slide_zoom", 134},
-      {"slide_zoomv", 261}};
+      {"slide_vmin", 177},   {"slide_ymax", 178},    {"slide_ymin", 175},  {"slide_zoomv", 261},
+      {"slide_zoom", 134}};
   Press("chk_shrinkenable");
   for (const auto& [name, address] : kRows) {
-    auto* const slider = Find<cpvSlider>(name);
-    Key(name, slider->Value() == slider->max() ? Qt::Key_Home : Qt::Key_End);
+    Key(name, Qt::Key_Home);
     Settle();
-    Key(name, slider->Value() == slider->max() ? Qt::Key_Left : Qt::Key_Right);
-    EXPECT_EQ(Take(), (Frames{WriteOf(address, slider->Value()), kRefresh})) << name;
-    EXPECT_EQ(Recorded(address), slider->Value()) << name;
+    Key(name, Qt::Key_Right);
+    const int value = Form().Slider(name)->Value();
+    EXPECT_EQ(Take(), (Frames{WriteOf(address, value), kRefresh})) << name;
+    EXPECT_EQ(Recorded(address), value) << name;
   }
   Key("slide_zoom", Qt::Key_Home);
   EXPECT_EQ(Take(), (Frames{"F04104100860000643F\r", kRefresh}));
@@ -72,24 +67,22 @@ TEST_F(DirectControlsTest, APadSendsOneAxisAStep) {
                                                          {"arr_shrinkposn", 218, 219}};
   for (const auto& [name, horizontal, vertical] : kRows) {
     SCOPED_TRACE(name);
-    auto* const pad = Find<ArrowControl>(name);
-    Step(name, kRight);
-    EXPECT_EQ(Take(), (Frames{WriteOf(horizontal, 1), kRefresh}));
-    Step(name, kDown);
-    EXPECT_EQ(Take(), (Frames{WriteOf(vertical, 1), kRefresh}));
+    const auto step = [&, pad = name](int arrow) {
+      const auto part = QStringLiteral("pic_arrow_%1").arg(arrow);
+      QTest::mouseClick(Find<ArrowControl>(pad)->findChild<QWidget*>(part), Qt::LeftButton);
+      return Take();
+    };
+    EXPECT_EQ(step(kRight), (Frames{WriteOf(horizontal, 1), kRefresh}));
+    EXPECT_EQ(step(kDown), (Frames{WriteOf(vertical, 1), kRefresh}));
     EXPECT_TRUE(Recorded(horizontal) == 1 && Recorded(vertical) == 1);
 
-    pad->setValueY(40);
-    Step(name, kRight);
-    EXPECT_EQ(Take(), (Frames{WriteOf(horizontal, 2), kRefresh})) << "the horizontal axis wins";
-    Step(name, kUp);
-    EXPECT_EQ(Take(), (Frames{WriteOf(vertical, 39), kRefresh}));
-
-    Step(name, kLeft);
-    Step(name, kLeft);
-    Settle();
-    Step(name, kLeft);
-    EXPECT_EQ(Take(), Frames{kRefresh}) << "at its limit with both axes as recorded";
+    Find<ArrowControl>(name)->setValueY(40);
+    EXPECT_EQ(step(kRight), (Frames{WriteOf(horizontal, 2), kRefresh})) << "horizontal wins";
+    EXPECT_EQ(step(kUp), (Frames{WriteOf(vertical, 39), kRefresh}));
+    for (const int value : {1, 0}) {
+      EXPECT_EQ(step(kLeft), (Frames{WriteOf(horizontal, value), kRefresh}));
+    }
+    EXPECT_EQ(step(kLeft), Frames{kRefresh}) << "at its limit with both axes as recorded";
   }
   EXPECT_EQ(Find<ArrowControl>("arr_zoompan")->RepeatInterval(), 500);
 }
@@ -185,17 +178,17 @@ TEST_F(DirectControlsTest, OverscanSendsAHundredAndRecordsNinety) {
 }
 
 TEST_F(DirectControlsTest, StoreAndResetAskFirst) {
-  const FakeBoxes::Box store = {"Store settings in units non volatile memory", BoxIcon::kNone,
-                                "Store"};
-  const FakeBoxes::Box reset = {"Reset the unit to default condition - clears non-volatile memory",
-                                BoxIcon::kNone, "Reset"};
-  for (const auto& [item, address, box] :
-       {std::tuple{"cmd_function_strore", 200, store}, {"mnu_function_reset", 241, reset}}) {
+  const std::tuple<const char*, int, const char*, const char*> rows[] = {
+      {"cmd_function_strore", 200, "Store", "Store settings in units non volatile memory"},
+      {"mnu_function_reset", 241, "Reset",
+       "Reset the unit to default condition - clears non-volatile memory"}};
+  for (const auto& [item, address, title, prompt] : rows) {
     for (const bool ok : {true, false}) {
       boxes.answer = ok;
       Choose(item);
       EXPECT_EQ(Take(), (ok ? Frames{WriteOf(address, 1)} : Frames{})) << item;
-      EXPECT_THAT(std::exchange(boxes.confirmations, {}), ElementsAre(box));
+      EXPECT_THAT(std::exchange(boxes.confirmations, {}),
+                  ElementsAre(FakeBoxes::Box{prompt, BoxIcon::kNone, title}));
     }
   }
 }
@@ -205,15 +198,13 @@ TEST_F(DirectControlsTest, StoreAndResetAskFirst) {
 class AutosetTest : public PanelFixture {
  protected:
   void SetUp() override {
-    StartAndOpen(32);
-    (void)Written();
+    OpenSettled(32);
     clock.sleeps.clear();
     clock.on_sleep = [this] {
-      const auto& window = panel->Progress();
-      seen += window.isVisible() ? "" : "hidden ";
-      seen += window.findChild<QLabel*>("lbl_progress")->text().left(1).toStdString();
-      seen += std::to_string(window.findChild<QProgressBar*>("ProgressBar")->value()) + " ";
-      EXPECT_EQ(window.findChild<QProgressBar*>("ProgressBar")->maximum(), 21);
+      const auto* const bar = panel->Progress().findChild<QProgressBar*>("ProgressBar");
+      seen += panel->Progress().isVisible() ? "" : "hidden ";
+      seen += panel->Progress().findChild<QLabel*>("lbl_progress")->text().left(1).toStdString();
+      seen += std::to_string(bar->value()) + "/" + std::to_string(bar->maximum()) + " ";
     };
   }
 
@@ -235,10 +226,10 @@ class AutosetTest : public PanelFixture {
 };
 
 TEST_F(AutosetTest, ReadsTheAdjustmentsOfAUnitThatFinishes) {
+  constexpr milliseconds kSecond(1000);
   EXPECT_EQ(Run(), "9: 4 1 1 1 1 1");
-  EXPECT_EQ(seen, "W0 W0 W0 W1 A2 ");
-  EXPECT_THAT(clock.sleeps, ElementsAre(milliseconds(1000), milliseconds(1000), milliseconds(1000),
-                                        milliseconds(1000), milliseconds(2000)));
+  EXPECT_EQ(seen, "W0/21 W0/21 W0/21 W1/21 A2/21 ");
+  EXPECT_THAT(clock.sleeps, ElementsAre(kSecond, kSecond, kSecond, kSecond, 2 * kSecond));
   EXPECT_EQ(Recorded(145), unit->Value(145, 16));
   EXPECT_NE(unit->Value(145, 16), 0);
 }
@@ -247,20 +238,16 @@ TEST_F(AutosetTest, GivesUpAfterTwentyOneRounds) {
   ConnectUnit({.product_type = 32, .autoset_reads = 1000});
   EXPECT_EQ(Run(), "26: 21 1 1 1 1 1");
   EXPECT_EQ(clock.sleeps.size(), 23U);
-  EXPECT_TRUE(seen.starts_with("W0 W0 W0 W1 ") && seen.ends_with("W18 W19 A20 ")) << seen;
+  EXPECT_TRUE(seen.ends_with("W18/21 W19/21 A20/21 ")) << seen;
 
   ASSERT_FALSE(unit->Faults().Add("refuse=254"));
   EXPECT_EQ(Run(), "26: 21 1 1 1 1 1") << "a unit that refuses to tell is not finished";
 }
 
 TEST_F(AutosetTest, ADeadUnitCountsAsFinished) {
-  const auto answer = port.on_write;
-  port.on_write = [&](std::string_view frame) {
-    const std::string reply = answer(frame);
-    return frame.substr(1, 2) == "04" ? reply : std::string();
-  };
-  EXPECT_EQ(Run(), "18: 3 3 3 3 3 3");
-  EXPECT_EQ(seen, "W0 A0 ");
+  ASSERT_FALSE(unit->Faults().Add("ignore=254"));
+  EXPECT_EQ(Run(), "10: 3 1 1 1 1 1");
+  EXPECT_EQ(seen, "W0/21 A0/21 ");
 }
 
 }  // namespace

@@ -11,11 +11,9 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class FaultMatrix;
-
 struct Operation {
   const char* name;
-  void (*run)(FaultMatrix&);
+  void (*run)(PanelFixture&);
   bool opens = false;    ///< begins with the port closed
   bool fetches = false;  ///< may report slots and leave the progress window
 };
@@ -30,39 +28,16 @@ struct UnitFault {
 
 struct Act {
   const char* name;
-  void (*perform)(FaultMatrix&);
+  void (*perform)(PanelFixture&);  ///< none: the operation once more, unless it opens
   bool closes = false;
   bool ends = false;
 };
 
 class FaultMatrix : public PanelFixture, public ::testing::WithParamInterface<Operation> {
- public:
-  using PanelFixture::boxes;
-  using PanelFixture::Choose;
-  using PanelFixture::clock;
-  using PanelFixture::Focus;
-  using PanelFixture::Form;
-  using PanelFixture::panel;
-  using PanelFixture::port;
-  using PanelFixture::Press;
-  using PanelFixture::Tick;
-  using PanelFixture::unit;
-  using PanelFixture::Window;
-
-  void SelectLine(int index) {
-    for (int row = 0; row < Form().lst_commands->count(); ++row) {
-      if (Form().lst_commands->item(row)->data(Qt::UserRole).toInt() == index) {
-        Form().lst_commands->setCurrentRow(row);
-      }
-    }
-  }
-
  protected:
   void RunCell(const Operation& operation, const UnitFault& fault, const Act& act);
   void Flood();
   void ExpectTruth();
-  void ExpectClosed();
-  void ExpectOpen();
   void ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault, const Act& act);
   void ExpectNextOperationWorks();
 
@@ -72,20 +47,24 @@ class FaultMatrix : public PanelFixture, public ::testing::WithParamInterface<Op
 
 // clang-format off
 const Operation kOperations[] = {
-    {"open",      [](FaultMatrix& t) { t.Press("Cmd_openclose"); }, true},
-    {"edit",      [](FaultMatrix& t) { t.SelectLine(29); t.Press("cmd_commandplus"); }},
-    {"drag",      [](FaultMatrix& t) {
+    {"open",      [](PanelFixture& t) { t.Press("Cmd_openclose"); }, true},
+    {"edit",      [](PanelFixture& t) {
+       QListWidget& list = *t.Form().lst_commands;
+       // Values that noise has garbled may have cut the list short.
+       for (auto* line : list.findItems("Back Y", Qt::MatchStartsWith)) list.setCurrentItem(line);
+       t.Press("cmd_commandplus"); }},
+    {"drag",      [](PanelFixture& t) {
        for (int i = 0; i < 3; ++i) QTest::keyClick(t.Form().Slider("slide_zoom"), Qt::Key_Right); }},
-    {"pad",       [](FaultMatrix& t) {
+    {"pad",       [](PanelFixture& t) {
        QTest::keyPress(t.Form().arr_zoompan, Qt::Key_Right);
        QTest::keyRelease(t.Form().arr_zoompan, Qt::Key_Right); }},
-    {"fade",      [](FaultMatrix& t) { t.Press("cmd_fade"); }},
-    {"autoset",   [](FaultMatrix& t) { t.Press("cmd_autoset"); }},
-    {"store",     [](FaultMatrix& t) { t.Choose("cmd_function_strore"); }},
-    {"cloneread", [](FaultMatrix& t) { t.Choose("mnu_clone_read"); }},
-    {"clonewrite",[](FaultMatrix& t) { t.Choose("menu_clone_write"); }},
-    {"fetch",     [](FaultMatrix& t) { t.Choose("mnu_function_refreshRes"); }, false, true},
-    {"unasked",   [](FaultMatrix& t) {
+    {"fade",      [](PanelFixture& t) { t.Press("cmd_fade"); }},
+    {"autoset",   [](PanelFixture& t) { t.Press("cmd_autoset"); }},
+    {"store",     [](PanelFixture& t) { t.Choose("cmd_function_strore"); }},
+    {"cloneread", [](PanelFixture& t) { t.Choose("mnu_clone_read"); }},
+    {"clonewrite",[](PanelFixture& t) { t.Choose("menu_clone_write"); }},
+    {"fetch",     [](PanelFixture& t) { t.Choose("mnu_function_refreshRes"); }, false, true},
+    {"unasked",   [](PanelFixture& t) {
        for (int i = 0; i < 5; ++i) {
          t.port.Receive(t.unit->NextUnaskedFrame());
          t.Window().MSComm1_OnComm();
@@ -117,17 +96,17 @@ const UnitFault kFaultPlans[] = {
 };
 
 const Act kActs[] = {
-    {"nothing",       [](FaultMatrix&) {}},
-    {"close port",    [](FaultMatrix& t) { if (t.port.open) t.Press("Cmd_openclose"); }, true},
-    {"Esc",           [](FaultMatrix& t) { QTest::keyClick(&t.Window(), Qt::Key_Escape); }, true},
-    {"close window",  [](FaultMatrix& t) { t.Window().close(); }, true, true},
-    {"exit",          [](FaultMatrix& t) { t.Choose("mnu_file_exit"); }, true, true},
-    {"other control", [](FaultMatrix& t) {
+    {"nothing",       [](PanelFixture&) {}},
+    {"close port",    [](PanelFixture& t) { if (t.port.open) t.Press("Cmd_openclose"); }, true},
+    {"Esc",           [](PanelFixture& t) { QTest::keyClick(&t.Window(), Qt::Key_Escape); }, true},
+    {"close window",  [](PanelFixture& t) { t.Window().close(); }, true, true},
+    {"exit",          [](PanelFixture& t) { t.Choose("mnu_file_exit"); }, true, true},
+    {"other control", [](PanelFixture& t) {
        QTest::keyClick(t.Form().Slider("slide_ymin"), Qt::Key_Right); }},
-    {"clone read",    [](FaultMatrix& t) { t.Choose("mnu_clone_read"); }},
-    {"same again",    [](FaultMatrix& t) { if (!t.GetParam().opens) t.GetParam().run(t); }},
-    {"about",         [](FaultMatrix& t) { t.Choose("mnu_about"); }},
-    {"close progress",[](FaultMatrix& t) { t.panel->Progress().close(); }},
+    {"clone read",    [](PanelFixture& t) { t.Choose("mnu_clone_read"); }},
+    {"same again",    nullptr},
+    {"about",         [](PanelFixture& t) { t.Choose("mnu_about"); }},
+    {"close progress",[](PanelFixture& t) { t.panel->Progress().close(); }},
 };
 // clang-format on
 
@@ -171,7 +150,12 @@ void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, co
   // In the midst of the first wait, or right after an operation that has none.
   bool acted = false;
   const auto perform = [&] {
-    if (!std::exchange(acted, true)) act.perform(*this);
+    if (std::exchange(acted, true)) return;
+    if (act.perform != nullptr) {
+      act.perform(*this);
+    } else if (!operation.opens) {
+      operation.run(*this);
+    }
   };
   clock.After(milliseconds(1), perform);
   operation.run(*this);
@@ -212,34 +196,14 @@ void FaultMatrix::Flood() {
 }
 
 void FaultMatrix::ExpectTruth() {
-  EXPECT_EQ(panel->Connection().UnitConnected() && port.open, port.open);
   if (port.open) {
-    ExpectOpen();
+    EXPECT_TRUE(panel->Connection().UnitConnected());
+    ExpectShowsOpen();
+  } else if (ends == 0) {
+    ExpectShowsClosed();
   } else {
-    ExpectClosed();
-  }
-}
-
-void FaultMatrix::ExpectOpen() {
-  EXPECT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6350");
-  EXPECT_EQ(Form().Cmd_openclose->text(), "Close &Port");
-  EXPECT_FALSE(Form().txt_port->isEnabled() || Form().cbo_baud->isEnabled());
-  EXPECT_TRUE(Form().lst_commands->isEnabled() && Form().mnu_clone->isEnabled());
-}
-
-void FaultMatrix::ExpectClosed() {
-  EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
-  EXPECT_EQ(Form().Cmd_openclose->text(), "Open &Port");
-  EXPECT_TRUE(Form().cbo_baud->isEnabled());
-  // The end of the program leaves the panel as it is.
-  if (ends > 0) return;
-  EXPECT_TRUE(Form().txt_port->isEnabled());
-  EXPECT_FALSE(Form().mnu_clone->isEnabled() || Form().mnu_function->isEnabled());
-  EXPECT_EQ(Form().lst_commands->count(), 0);
-  for (const QWidget* const control : Form().ReplyControls()) {
-    if (control->parentWidget() == Form().fra_control) {
-      EXPECT_FALSE(control->isEnabled()) << control->objectName().toStdString();
-    }
+    // The end of the program leaves the rest of the panel as it is.
+    EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
   }
 }
 
@@ -266,8 +230,7 @@ void FaultMatrix::ExpectOnlyStatedBoxes(const Operation& operation, const UnitFa
 
 void FaultMatrix::ExpectNextOperationWorks() {
   if (!port.open) Press("Cmd_openclose");
-  ASSERT_TRUE(port.open);
-  ASSERT_EQ(Form().lbl_comstate->text(), "OPEN : K2-6350");
+  ExpectShowsOpen();
   auto* const slider = Form().Slider("slide_softv");
   const int before = slider->Value();
   QTest::keyClick(slider, before < 200 ? Qt::Key_Right : Qt::Key_Home);

@@ -4,7 +4,6 @@
 #include <QFontInfo>
 #include <QLabel>
 #include <QMenuBar>
-#include <QWheelEvent>
 
 #include "tests/support/panel_fixture.h"
 
@@ -39,28 +38,25 @@ class FormTest : public PanelFixture {
     return controls;
   }
 
-  static QStringList TextsOf(const QList<QAction*>& actions) {
-    QStringList texts;
-    for (const QAction* const action : actions) {
-      texts << (action->isSeparator() ? action->objectName() : action->text());
-    }
-    return texts;
-  }
-
  private:
   QFont desktop_font_ = QApplication::font();
 };
 
 TEST_F(FormTest, MenusStandInOrder) {
   Start();
-  EXPECT_EQ(TextsOf(Window().menuBar()->actions()),
-            (QStringList{"&File", "C&lone", "&Function", "&About"}));
-  EXPECT_EQ(TextsOf(Form().mnu_file->actions()),
-            (QStringList{"&Load", "&Save", "menu_file_seperator", "&Exit"}));
-  EXPECT_EQ(TextsOf(Form().mnu_clone->actions()), (QStringList{"&Read", "&Write"}));
-  EXPECT_EQ(TextsOf(Form().mnu_function->actions()),
-            (QStringList{"&Advanced", "As&pect Adjust", "&Update Resolution Data from unit",
-                         "mnu_function_sep2", "&Store", "mnu_function_space1", "&Reset"}));
+  const auto texts_of = [](const QWidget* menu) {
+    QStringList texts;
+    for (const QAction* const action : menu->actions()) {
+      texts << (action->isSeparator() ? action->objectName() : action->text());
+    }
+    return texts.join(", ").toStdString();
+  };
+  EXPECT_EQ(texts_of(Window().menuBar()), "&File, C&lone, &Function, &About");
+  EXPECT_EQ(texts_of(Form().mnu_file), "&Load, &Save, menu_file_seperator, &Exit");
+  EXPECT_EQ(texts_of(Form().mnu_clone), "&Read, &Write");
+  EXPECT_EQ(texts_of(Form().mnu_function),
+            "&Advanced, As&pect Adjust, &Update Resolution Data from unit, mnu_function_sep2, "
+            "&Store, mnu_function_space1, &Reset");
 }
 
 TEST_F(FormTest, ViewsShowAndHideWhatTheyShould) {
@@ -76,21 +72,17 @@ TEST_F(FormTest, ViewsShowAndHideWhatTheyShould) {
   for (const QRadioButton* const mode : Form().opt_lock) EXPECT_FALSE(mode->isChecked());
   EXPECT_EQ(Window().height(), 382);
 
-  Choose("mnu_function_advanced");
-  EXPECT_EQ(shown(shrink), 4);
-  EXPECT_EQ(Window().height(), 475);
-  Choose("mnu_function_advanced");
-  EXPECT_EQ(shown(shrink), 4) << "only the smaller window takes them out of view";
-  EXPECT_EQ(Window().height(), 382);
-
-  Form().tmr_updatelstCommands->stop();
-  Choose("mnu_function_aspect");
-  EXPECT_EQ(shown(vertical), 4);
-  EXPECT_TRUE(Form().tmr_updatelstCommands->isActive());
-  Form().tmr_updatelstCommands->stop();
-  Choose("mnu_function_aspect");
-  EXPECT_EQ(shown(vertical), 0);
-  EXPECT_FALSE(Form().tmr_updatelstCommands->isActive());
+  for (const int height : {475, 382}) {
+    Choose("mnu_function_advanced");
+    EXPECT_EQ(shown(shrink), 4) << "only the smaller window takes them out of view";
+    EXPECT_EQ(Window().height(), height);
+  }
+  for (const bool aspect : {true, false}) {
+    Form().tmr_updatelstCommands->stop();
+    Choose("mnu_function_aspect");
+    EXPECT_EQ(shown(vertical), aspect ? 4 : 0);
+    EXPECT_EQ(Form().tmr_updatelstCommands->isActive(), aspect);
+  }
 }
 
 TEST_F(FormTest, NothingIsClippedOrOverlapsAtAnyFontOrWidth) {
@@ -105,7 +97,7 @@ TEST_F(FormTest, NothingIsClippedOrOverlapsAtAnyFontOrWidth) {
       Window().resize(width, Window().height());
       QCoreApplication::processEvents();
       EXPECT_EQ(Window().height(), std::lround(475 * factor));
-      const int edge = static_cast<int>(std::lround(382 * factor));
+      const auto edge = static_cast<int>(std::lround(382 * factor));
       const auto controls = VisibleControls();
       EXPECT_GT(controls.size(), 50U);
       for (auto one = controls.begin(); one != controls.end(); ++one) {
@@ -125,21 +117,13 @@ TEST_F(FormTest, NothingIsClippedOrOverlapsAtAnyFontOrWidth) {
 }
 
 TEST_F(FormTest, TheWheelTurnsAListOnlyWithTheFocus) {
-  StartAndOpen(32);
-  (void)Written();
-  Activate();
+  OpenSettled(32);
   QComboBox* const list = Form().cbo_resolution;
-  const auto turn = [list] {
-    const QPointF place = list->rect().center();
-    QWheelEvent wheel(place, list->mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {},
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(list, &wheel);
-  };
-  Form().cmd_fade->setFocus();
-  turn();
+  Focus(*Form().cmd_fade);
+  TurnWheel(list, -120);
   EXPECT_THAT(Written(), IsEmpty());
-  list->setFocus();
-  turn();
+  Focus(*list);
+  TurnWheel(list, -120);
   EXPECT_THAT(Written(), ElementsAre(WriteOf(131, 2)));
 }
 

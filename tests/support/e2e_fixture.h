@@ -122,7 +122,7 @@ struct RealPanel {
 /// The real window against the real unit. Message boxes are noted and answered with OK, file
 /// dialogs with `file_name`, as an operator answers them.
 class EndToEnd : public WindowFixture {
- protected:
+ public:
   EndToEnd() { qApp->installEventFilter(&operator_); }
   ~EndToEnd() override { panel.reset(); }
 

@@ -156,6 +156,7 @@ class FakeProgress : public ProgressView {
     log.push_back("value " + std::to_string(value));
     if (on_value) on_value(value);
   }
+  void PaintNow() override {}
 };
 
 /// Log of what replies do to the window: "aspect 1", "lock 2", "value 159 50", "refresh on",

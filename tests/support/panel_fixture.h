@@ -6,9 +6,9 @@
 #include <QCoreApplication>
 #include <QTest>
 #include <QTimerEvent>
+#include <QWheelEvent>
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <functional>
 #include <map>
 #include <memory>
@@ -81,9 +81,7 @@ class FakeSettings : public SettingsStore {
 /// The whole panel over fakes, with a simulated unit in the same process as the other end. What the
 /// unit answers later than at once comes by the fake clock.
 class PanelFixture : public WindowFixture {
- protected:
-  ~PanelFixture() override = default;
-
+ public:
   /// Composes the panel as main() does and shows its window; settings made before count.
   void Start() {
     port.open = false;
@@ -108,14 +106,7 @@ class PanelFixture : public WindowFixture {
 
   [[nodiscard]] frm_vornik& Window() const override { return panel->Window(); }
 
-  /// Gives the window the focus, which the progress window has taken where there is no desktop.
-  void Activate() {
-    Window().activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == &Window(); }));
-  }
-
-  /// Gives a control of the window the focus. The window is the active one afterwards, also when
-  /// the progress window was shown since.
+  /// Gives a control the focus, and the window, from which the progress window has taken it.
   void Focus(QWidget& control) {
     Window().activateWindow();
     QCoreApplication::processEvents();
@@ -137,11 +128,26 @@ class PanelFixture : public WindowFixture {
     Tick("TmrProcessMessage");
   }
 
+  /// Starts the panel with a unit and lets the first refresh of the command list pass.
+  void OpenSettled(int type = 35) {
+    StartAndOpen(type);
+    Tick("tmr_updatelstCommands");
+    (void)Written();
+  }
+
   /// Presses a key with the focus on a control.
   void Key(const char* control, Qt::Key key) {
     auto* const widget = Find<QWidget>(control);
     widget->setFocus();
     QTest::keyClick(widget, key);
+  }
+
+  /// Turns the wheel over a control, in eighths of a degree.
+  static void TurnWheel(QWidget* control, int angle) {
+    const QPointF place = control->rect().center();
+    QWheelEvent wheel(place, control->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(control, &wheel);
   }
 
   /// The request that writes a value to source 0x10, as it goes to the unit.

@@ -12,7 +12,7 @@ namespace kalde2 {
 
 /// A test that works the window as an operator does.
 class WindowFixture : public ::testing::Test {
- protected:
+ public:
   [[nodiscard]] virtual frm_vornik& Window() const = 0;
   [[nodiscard]] VornikForm& Form() const { return Window().Form(); }
 
@@ -57,7 +57,6 @@ class WindowFixture : public ::testing::Test {
     EXPECT_TRUE(Form().txt_port->isEnabled() && Form().cbo_baud->isEnabled());
     EXPECT_FALSE(Form().mnu_clone->isEnabled() || Form().mnu_function->isEnabled());
     EXPECT_EQ(Form().lst_commands->count(), 0);
-    EXPECT_FALSE(Find<QWidget>("frm_Progress")->isVisible());
     for (const QWidget* const control : Form().ReplyControls()) {
       if (control->parentWidget() == Form().fra_control) {
         EXPECT_FALSE(control->isEnabled()) << control->objectName().toStdString();

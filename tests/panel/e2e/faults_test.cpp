@@ -7,8 +7,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class FaultsInRealTime;
-
 enum class Act { kNothing, kOtherControl, kClosePort, kCloseWindow };
 
 struct Cell {
@@ -19,19 +17,12 @@ struct Cell {
 
 struct Operation {
   const char* name;
-  void (*run)(FaultsInRealTime&);
+  void (*run)(EndToEnd&);
   bool opens;  ///< begins with the port closed
   std::vector<Cell> cells;
 };
 
 class FaultsInRealTime : public EndToEnd, public ::testing::WithParamInterface<Operation> {
- public:
-  using EndToEnd::Choose;
-  using EndToEnd::Form;
-  using EndToEnd::Press;
-  using EndToEnd::SelectLine;
-  using EndToEnd::unit;
-
  protected:
   void RunCell(const Operation& operation, const Cell& cell);
   void Perform(Act act);
@@ -49,7 +40,7 @@ constexpr std::string_view kNoAnswerOrLost = "critical, Connect: ";  // whicheve
 // The time-out of a reply is a second.
 // clang-format off
 const Operation kOperations[] = {
-    {"open", [](FaultsInRealTime& t) { t.Press("Cmd_openclose"); }, true, {
+    {"open", [](EndToEnd& t) { t.Press("Cmd_openclose"); }, true, {
        {"silent-for=1"},
        {"silent-for=1", Act::kClosePort},
        {"late=600", Act::kCloseWindow},
@@ -60,7 +51,7 @@ const Operation kOperations[] = {
        {"hang-up-before=1", {}, kNoAnswerOrLost},
        {"hang-up-during=30", {}, kLost},
     }},
-    {"slider", [](FaultsInRealTime& t) {
+    {"slider", [](EndToEnd& t) {
        QTest::keyClick(t.Form().Slider("slide_ymax"), Qt::Key_Right); }, false, {
        {"silent-for=1"},
        {"silent-for=1", Act::kOtherControl},
@@ -72,7 +63,7 @@ const Operation kOperations[] = {
        {"unasked=200", Act::kOtherControl},
        {"hang-up-before=1", {}, kLost},
     }},
-    {"edit", [](FaultsInRealTime& t) { t.SelectLine("Back Y"); t.Press("cmd_commandplus"); },
+    {"edit", [](EndToEnd& t) { t.SelectLine("Back Y"); t.Press("cmd_commandplus"); },
        false, {
        {"silent-for=1", Act::kClosePort},
        {"late=600"},
@@ -83,7 +74,7 @@ const Operation kOperations[] = {
        {"unasked=200"},
        {"hang-up-during=1", {}, kLost},
     }},
-    {"cloneread", [](FaultsInRealTime& t) { t.Choose("mnu_clone_read"); }, false, {
+    {"cloneread", [](EndToEnd& t) { t.Choose("mnu_clone_read"); }, false, {
        {"silent-for=1"},
        {"late=600", Act::kOtherControl},
        {"split=600", Act::kCloseWindow},
@@ -93,7 +84,7 @@ const Operation kOperations[] = {
        {"unasked=200"},
        {"hang-up-during=20", {}, kLost},
     }},
-    {"idle", [](FaultsInRealTime& t) { t.unit->Command("hang-up"); }, false, {
+    {"idle", [](EndToEnd& t) { t.unit->Command("hang-up"); }, false, {
        {"none", {}, kLost},
     }},
 };
@@ -192,8 +183,8 @@ void FaultsInRealTime::ExpectEnded() {
 }
 
 void FaultsInRealTime::ExpectNextOperationWorks() {
-  if (!IsOpen()) Press("Cmd_openclose");
   EXPECT_FALSE(Find<QWidget>("frm_Progress")->isVisible());
+  if (!IsOpen()) Press("Cmd_openclose");
   ExpectShowsOpen();
   auto* const slider = Form().Slider("slide_softv");
   const int before = slider->Value();
