@@ -14,7 +14,8 @@ namespace {
 QIcon AppIcon() {
   QIcon icon;
   for (const int size : {16, 32, 48, 128}) {
-    icon.addFile(QStringLiteral(":/icons/hicolor/%1x%1/apps/kalde2.png").arg(size));
+    icon.addFile(QStringLiteral(":/icons/hicolor/%1x%1/apps/kalde2.png").arg(size),
+                 QSize(size, size));
   }
   return icon;
 }

@@ -287,6 +287,7 @@ void ResolutionData::FetchResolutionData() {
   } else {
     progress_.SetCaption("Saving file");
     WriteResolutionFile(kResolutionFileName);
+    progress_.PaintNow();
     clock_.Sleep(kShowResult);
     // What the operator did in the sleep still meets a running operation.
     clock_.ServeEvents(std::chrono::milliseconds::zero());

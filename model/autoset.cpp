@@ -30,10 +30,10 @@ void Autoset::Run() {
   progress_.Show();
   progress_.SetCaption("Waiting for Autoset to finish");
   progress_.SetRange(0, kRounds);
-  clock_.Sleep(kRound);
+  SleepFor(kRound);
   AwaitEnd();
   if (link_.PortOpen()) ReadAdjustments();
-  if (link_.PortOpen()) clock_.Sleep(kShowResult);
+  if (link_.PortOpen()) SleepFor(kShowResult);
   // What the operator did in the last sleep still meets a running operation.
   clock_.ServeEvents(milliseconds::zero());
   progress_.Hide();
@@ -43,9 +43,14 @@ void Autoset::AwaitEnd() {
   for (int round = 0; round < kRounds && link_.PortOpen(); ++round) {
     const ReplyRecord status = link_.SendParameter(kRead, kFirstSourceCode, 0, kAutosetAddress);
     if (!link_.PortOpen() || status.Value == kFinished) return;
-    clock_.Sleep(kRound);
+    SleepFor(kRound);
     progress_.SetValue(round);
   }
+}
+
+void Autoset::SleepFor(milliseconds duration) {
+  progress_.PaintNow();
+  clock_.Sleep(duration);
 }
 
 void Autoset::ReadAdjustments() {

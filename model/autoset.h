@@ -19,6 +19,7 @@ class Autoset {
 
  private:
   void AwaitEnd();
+  void SleepFor(std::chrono::milliseconds duration);
   void ReadAdjustments();
 
   CommandLink& link_;

@@ -4,7 +4,8 @@
 
 namespace kalde2 {
 
-/// The progress window of long transfers. What is set is painted before the call returns.
+/// The progress window of long transfers. What is set is painted in the next wait that serves
+/// events, while the line is busy with a request; painting at once would hold up the request.
 class ProgressView {
  public:
   virtual ~ProgressView() = default;
@@ -20,6 +21,9 @@ class ProgressView {
 
   /// Sets the bar; a value outside the range is ignored.
   virtual void SetValue(int value) = 0;
+
+  /// Paints what was set, for those who sleep next.
+  virtual void PaintNow() = 0;
 };
 
 }  // namespace kalde2

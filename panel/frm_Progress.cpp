@@ -48,6 +48,9 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
 
 void frm_Progress::Show() {
   show();
+}
+
+void frm_Progress::PaintNow() {
   const milliseconds end = clock_.Monotonic() + kExposeLimit;
   while (isVisible() && !windowHandle()->isExposed()) {
     const milliseconds left = end - clock_.Monotonic();
@@ -71,20 +74,24 @@ void frm_Progress::keyPressEvent(QKeyEvent* event) {
 
 void frm_Progress::SetCaption(std::string_view text) {
   lbl_progress->setText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
-  lbl_progress->repaint();
 }
 
 void frm_Progress::SetRange(int minimum, int maximum) {
   ProgressBar->setRange(minimum, maximum);
-  ProgressBar->setValue(minimum);
-  ProgressBar->repaint();
+  MoveBar(minimum);
 }
 
 void frm_Progress::SetValue(int value) {
   const bool fits = value >= ProgressBar->minimum() && value <= ProgressBar->maximum();
   if (!fits || ProgressBar->minimum() == ProgressBar->maximum()) return;
+  MoveBar(value);
+}
+
+/// A bar paints itself at once, unless it may not; then it asks for painting when it may again.
+void frm_Progress::MoveBar(int value) {
+  ProgressBar->setUpdatesEnabled(false);
   ProgressBar->setValue(value);
-  ProgressBar->repaint();
+  ProgressBar->setUpdatesEnabled(true);
 }
 
 }  // namespace kalde2

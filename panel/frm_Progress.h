@@ -29,18 +29,22 @@ class frm_Progress : public QDialog, public ProgressView {
  public:
   frm_Progress(QWidget* owner, Clock& clock);
 
-  /// Shows the window and waits, a moment at most, until the desktop has put it up, so that what
-  /// blocks the window afterwards finds it painted.
   void Show() override;
   void Hide() override;
   void SetCaption(std::string_view text) override;
   void SetRange(int minimum, int maximum) override;
   void SetValue(int value) override;
 
+  /// Waits, a moment at most, until the desktop has put the window up, so that what blocks it
+  /// afterwards finds it painted.
+  void PaintNow() override;
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void MoveBar(int value);
+
   Clock& clock_;
   QLabel* lbl_progress;
   StillProgressBar* ProgressBar;

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <array>
+#include <utility>
 
 #include "link/fault.h"
 #include "link/frame_codec.h"
@@ -68,8 +69,14 @@ void frm_vornik::Form_Load() {
   form_.mnu_function_advanced->setChecked(false);
   LoadInputNames(parts_->unit.input_names);
   form_.Cmd_openclose->setFocus();
-  // Looking for the ports takes a while; the window need not wait for it.
-  QTimer::singleShot(0, this, &frm_vornik::UpdatePortHint);
+}
+
+void frm_vornik::paintEvent(QPaintEvent* event) {
+  QMainWindow::paintEvent(event);
+  // Looking for the ports takes as long as everything before it; the window is in view first.
+  if (!std::exchange(is_painted_, true)) {
+    QTimer::singleShot(0, this, &frm_vornik::UpdatePortHint);
+  }
 }
 
 std::pair<QString, QString> frm_vornik::LoadSerialSettings() const {

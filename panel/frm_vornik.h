@@ -63,6 +63,7 @@ class frm_vornik : public QMainWindow, public PortListener {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -105,6 +106,7 @@ class frm_vornik : public QMainWindow, public PortListener {
   ReceiveRing ring_;
   std::optional<Parts> parts_;
   QPointer<frm_About> about_;
+  bool is_painted_ = false;  ///< the window has been in view
 };
 
 }  // namespace kalde2
