@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace kalde2::bench {
+
+/// The least that a program can do to ask the unit something: write(2), poll(2), read(2) on a raw
+/// terminal, and nothing with what comes. What the panel adds is measured against it.
+class BareLine {
+ public:
+  /// Opens the device raw. @param baud 57600 or 115200 @throws std::system_error
+  BareLine(const std::string& device, int baud);
+  ~BareLine();
+  BareLine(const BareLine&) = delete;
+  BareLine& operator=(const BareLine&) = delete;
+
+  /// Sends a request and reads until "\r".
+  /// @return the time it took @throws std::runtime_error for a unit that is silent for a second
+  std::chrono::nanoseconds RoundTrip(std::string_view request);
+
+ private:
+  int device_;
+};
+
+}  // namespace kalde2::bench

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <chrono>
+#include <stdexcept>
+#include <string>
+
+#include "adapters/port_numbers.h"
+#include "adapters/qt_clock.h"
+#include "adapters/qt_dialogs.h"
+#include "adapters/qt_serial_port.h"
+#include "adapters/qt_settings_store.h"
+#include "bench/counting_port.h"
+#include "panel/panel_application.h"
+
+namespace kalde2::bench {
+
+/// A measurement in which the panel has something to complain about is none.
+class NoBoxes final : public MessageBoxes {
+ public:
+  void Show(std::string_view prompt, BoxIcon, std::string_view) override { Stop(prompt); }
+  [[nodiscard]] bool Confirm(std::string_view prompt, std::string_view) override { Stop(prompt); }
+
+ private:
+  [[noreturn]] static void Stop(std::string_view prompt) {
+    throw std::runtime_error("the panel says: " + std::string(prompt));
+  }
+};
+
+/// The panel on its real adapters, as the program composes it, with the line's characters counted.
+class RealPanel {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  RealPanel() {
+    Window().show();
+    Serve(std::chrono::milliseconds(200));
+  }
+
+  /// Opens port 1 and takes the panel through detection and connectivity.
+  /// @param baud one of the rates that the panel offers
+  void Open(int baud);
+  void Close();
+
+  /// Lets the panel work for a time; sleeps where it does.
+  static void Serve(std::chrono::milliseconds time);
+
+  [[nodiscard]] frm_vornik& Window() { return application_.Window(); }
+  [[nodiscard]] VornikForm& Form() { return Window().Form(); }
+  [[nodiscard]] PanelApplication& Application() { return application_; }
+  [[nodiscard]] CountingPort& Port() { return counted_; }
+
+ private:
+  QtPortDirectory ports_;
+  QtSerialPort port_{ports_};
+  CountingPort counted_{port_};
+  QtClock clock_;
+  QtSettingsStore settings_;
+  NoBoxes boxes_;
+  QtFileDialogs dialogs_;
+  PanelApplication application_{{counted_, ports_, clock_, settings_, boxes_, dialogs_, [] {}}};
+};
+
+}  // namespace kalde2::bench
