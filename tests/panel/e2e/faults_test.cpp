@@ -42,10 +42,9 @@ constexpr std::string_view kNoAnswerOrLost = "critical, Connect: ";  // whicheve
 const Operation kOperations[] = {
     {"open", [](EndToEnd& t) { t.Press("Cmd_openclose"); }, true, {
        {"silent-for=1"},
-       {"silent-for=1", Act::kClosePort},
        {"late=600", Act::kCloseWindow},
        {"split=600"},
-       {"split=1200"},
+       {"split=1200", Act::kClosePort},
        {"noise-before"},
        {"error-reply", {}, kNoAnswer},
        {"hang-up-before=1", {}, kNoAnswerOrLost},
