@@ -197,11 +197,10 @@ TEST_F(Connection, AsksForTheTypeAndTheSourcesAndSendsTheFirstOfEachList) {
     EXPECT_EQ(Form().cbo_program->currentIndex(), row.program.empty() ? -1 : 0);
     EXPECT_EQ(port.written.at(0), "F84104100C499\r");
     const Texts sent = Sent();
-    constexpr std::ptrdiff_t kReads = 1 + kConnectivityReads;
-    ASSERT_GE(sent.size(), static_cast<std::size_t>(kReads));
+    ASSERT_EQ(sent.size(), 1 + kConnectivityReads + row.sent.size());
     EXPECT_EQ(sent[1], "10 194");
-    EXPECT_EQ(sent[kReads - 1], "5A 195");
-    EXPECT_EQ(Texts(sent.begin() + kReads, sent.end()), row.sent);
+    EXPECT_EQ(sent[kConnectivityReads], "5A 195");
+    EXPECT_EQ(Texts(sent.begin() + 1 + kConnectivityReads, sent.end()), row.sent);
     EXPECT_TRUE(Tick("tmr_updatelstCommands"));
     EXPECT_TRUE(boxes.shown.empty());
   }

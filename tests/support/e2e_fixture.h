@@ -73,9 +73,7 @@ class UnitProcess {
     // Any other word is answered with itself, which tells the answer's line from those of frames.
     Command("get " + QByteArray::number(address) + ' ' + QByteArray::number(source) + "\n:");
     EXPECT_TRUE(Says("\nno command \":\""));
-    const qsizetype end = output_.lastIndexOf('\n', seen_ - 1);
-    const qsizetype start = output_.lastIndexOf('\n', end - 1) + 1;
-    return output_.mid(start, end - start).toInt();
+    return output_.left(output_.lastIndexOf('\n', seen_ - 1)).split('\n').last().toInt();
   }
 
   /// The requests that have come since the last call, one a line as the unit shows them; "WRONG"

@@ -33,7 +33,6 @@ namespace kalde2 {
 class FakePort : public SerialPort {
  public:
   std::function<std::string(std::string_view frame)> on_write;  ///< none: the unit is silent
-  bool silent = false;                                          ///< drops what `on_write` answers
   bool open = true;
   std::optional<std::string> open_error;
   std::vector<std::string> written;
@@ -55,9 +54,7 @@ class FakePort : public SerialPort {
   void Output(std::string_view text) override {
     RequireOpen();
     written.emplace_back(text);
-    if (!on_write) return;
-    const std::string answer = on_write(written.back());
-    if (!silent) waiting_ += answer;
+    if (on_write) waiting_ += on_write(written.back());
   }
   [[nodiscard]] std::string Input() override {
     RequireOpen();
@@ -134,7 +131,6 @@ class FakeProgress : public ProgressView {
  public:
   std::vector<std::string> log;
   bool shown = false;
-  std::string caption;
   std::function<void(int)> on_value;  ///< what the operator does when the bar gets there
 
   void Show() override {
@@ -145,10 +141,7 @@ class FakeProgress : public ProgressView {
     shown = false;
     log.emplace_back("hide");
   }
-  void SetCaption(std::string_view text) override {
-    caption = text;
-    log.push_back("caption " + caption);
-  }
+  void SetCaption(std::string_view text) override { log.push_back("caption " + std::string(text)); }
   void SetRange(int minimum, int maximum) override {
     log.push_back("range " + std::to_string(minimum) + " " + std::to_string(maximum));
   }
