@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <utility>
 
@@ -7,7 +8,7 @@
 
 namespace kalde2::bench {
 
-/// Another port, with its characters counted in both directions.
+/// Another port, with its traffic noted.
 class CountingPort final : public SerialPort, private PortListener {
  public:
   explicit CountingPort(SerialPort& port) : port_(port) { port_.SetListener(this); }
@@ -15,8 +16,15 @@ class CountingPort final : public SerialPort, private PortListener {
   CountingPort(const CountingPort&) = delete;
   CountingPort& operator=(const CountingPort&) = delete;
 
-  /// Characters sent and received since the last call.
-  [[nodiscard]] std::size_t TakeCount() { return std::exchange(characters_, 0); }
+  /// What went over the line since the last call.
+  struct Traffic {
+    using Clock = std::chrono::steady_clock;
+
+    std::size_t characters = 0;  ///< both ways
+    Clock::time_point first;     ///< when the first was sent
+    Clock::time_point last;      ///< when the last was received
+  };
+  [[nodiscard]] Traffic TakeTraffic() { return std::exchange(traffic_, {}); }
 
   [[nodiscard]] bool PortOpen() const override { return port_.PortOpen(); }
   [[nodiscard]] std::optional<std::string> Open(const PortSetup& setup) override {
@@ -24,12 +32,14 @@ class CountingPort final : public SerialPort, private PortListener {
   }
   void Close() override { port_.Close(); }
   void Output(std::string_view text) override {
-    characters_ += text.size();
+    if (traffic_.characters == 0) traffic_.first = Traffic::Clock::now();
+    traffic_.characters += text.size();
     port_.Output(text);
   }
   [[nodiscard]] std::string Input() override {
     std::string text = port_.Input();
-    characters_ += text.size();
+    traffic_.characters += text.size();
+    if (!text.empty()) traffic_.last = Traffic::Clock::now();
     return text;
   }
   void SetHandshaking(Handshaking handshaking) override { port_.SetHandshaking(handshaking); }
@@ -43,7 +53,7 @@ class CountingPort final : public SerialPort, private PortListener {
   }
 
   SerialPort& port_;
-  std::size_t characters_ = 0;
+  Traffic traffic_;
 };
 
 }  // namespace kalde2::bench

@@ -3,8 +3,10 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QStyleOptionProgressBar>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <algorithm>
 #include <chrono>
 
 namespace kalde2 {
@@ -30,7 +32,8 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
                          Qt::WindowCloseButtonHint),
       clock_(clock),
       lbl_progress(new QLabel(this)),
-      ProgressBar(new StillProgressBar(this)) {
+      ProgressBar(new StillProgressBar(this)),
+      update_(new QTimer(this)) {
   setObjectName(QStringLiteral("frm_Progress"));
   setWindowTitle(QStringLiteral("Progress"));
   setModal(false);
@@ -44,6 +47,8 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
   auto* const rows = new QVBoxLayout(this);
   rows->addWidget(lbl_progress);
   rows->addWidget(ProgressBar);
+  update_->setSingleShot(true);
+  connect(update_, &QTimer::timeout, this, &frm_Progress::Update);
 }
 
 void frm_Progress::Show() {
@@ -51,6 +56,7 @@ void frm_Progress::Show() {
 }
 
 void frm_Progress::PaintNow() {
+  Update();
   const milliseconds end = clock_.Monotonic() + kExposeLimit;
   while (isVisible() && !windowHandle()->isExposed()) {
     const milliseconds left = end - clock_.Monotonic();
@@ -73,25 +79,32 @@ void frm_Progress::keyPressEvent(QKeyEvent* event) {
 }
 
 void frm_Progress::SetCaption(std::string_view text) {
-  lbl_progress->setText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
+  caption_ = text;
+  UpdateLater();
 }
 
 void frm_Progress::SetRange(int minimum, int maximum) {
-  ProgressBar->setRange(minimum, maximum);
-  MoveBar(minimum);
+  minimum_ = minimum;
+  maximum_ = std::max(minimum, maximum);
+  value_ = minimum;
+  UpdateLater();
 }
 
 void frm_Progress::SetValue(int value) {
-  const bool fits = value >= ProgressBar->minimum() && value <= ProgressBar->maximum();
-  if (!fits || ProgressBar->minimum() == ProgressBar->maximum()) return;
-  MoveBar(value);
+  if (value < minimum_ || value > maximum_) return;
+  value_ = value;
+  UpdateLater();
 }
 
-/// A bar paints itself at once, unless it may not; then it asks for painting when it may again.
-void frm_Progress::MoveBar(int value) {
-  ProgressBar->setUpdatesEnabled(false);
-  ProgressBar->setValue(value);
-  ProgressBar->setUpdatesEnabled(true);
+void frm_Progress::UpdateLater() {
+  if (!update_->isActive()) update_->start();
+}
+
+void frm_Progress::Update() {
+  update_->stop();
+  lbl_progress->setText(QString::fromLatin1(caption_.c_str()));
+  ProgressBar->setRange(minimum_, maximum_);
+  ProgressBar->setValue(value_);
 }
 
 }  // namespace kalde2

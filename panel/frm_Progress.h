@@ -3,9 +3,12 @@
 #include <QDialog>
 #include <QLabel>
 #include <QProgressBar>
+#include <string>
 
 #include "link/clock.h"
 #include "model/progress_view.h"
+
+class QTimer;
 
 namespace kalde2 {
 
@@ -43,11 +46,18 @@ class frm_Progress : public QDialog, public ProgressView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void MoveBar(int value);
+  void UpdateLater();
+  void Update();
 
   Clock& clock_;
   QLabel* lbl_progress;
   StillProgressBar* ProgressBar;
+  QTimer* update_;  ///< runs while what is set is not shown yet
+
+  std::string caption_;
+  int minimum_ = 0;
+  int maximum_ = 100;
+  int value_ = 0;
 };
 
 }  // namespace kalde2

@@ -19,6 +19,15 @@ int FindItemDataIndex(std::int16_t value, const QComboBox& list) {
   return index < 0 ? 0 : index;
 }
 
+ReplyPainter::ReplyPainter(VornikForm& form) : form_(form) {
+  for (QWidget* const control : form.ReplyControls()) {
+    const QVariant tag = control->property("Tag");
+    if (!tag.isValid()) continue;
+    const auto* const pad = qobject_cast<ArrowControl*>(control);
+    tagged_.push_back({control, tag.toInt(), pad != nullptr ? pad->TAG2().toInt() : 0});
+  }
+}
+
 void ReplyPainter::ShowAspectAdjust(bool advanced) {
   form_.mnu_function_aspect->setChecked(advanced);
   form_.SetAspectVisible(advanced);
@@ -34,34 +43,31 @@ void ReplyPainter::ShowLockMode(std::int32_t value) {
 }
 
 void ReplyPainter::ShowValue(std::int16_t address, std::int32_t value) {
-  for (QWidget* const control : form_.ReplyControls()) {
-    const QVariant tag_property = control->property("Tag");
-    if (!tag_property.isValid()) continue;
-    const int tag = tag_property.toInt();
-    if (auto* const combo = qobject_cast<QComboBox*>(control)) {
-      ShowOnCombo(*combo, tag, address, value);
-    } else if (auto* const pad = qobject_cast<ArrowControl*>(control)) {
-      ShowOnPad(*pad, tag, address, value);
-    } else if (tag == address) {
-      ShowOnOther(*control, value);
+  for (const Tagged& control : tagged_) {
+    if (control.tag != address && control.tag2 != address) continue;
+    if (auto* const combo = qobject_cast<QComboBox*>(control.widget)) {
+      ShowOnCombo(*combo, address, value);
+    } else if (auto* const pad = qobject_cast<ArrowControl*>(control.widget)) {
+      ShowOnPad(*pad, control.tag == address, value);
+    } else {
+      ShowOnOther(*control.widget, value);
     }
   }
 }
 
-void ReplyPainter::ShowOnCombo(QComboBox& combo, int tag, std::int16_t address,
-                               std::int32_t value) const {
-  if (tag != address || HasNewer(combo)) return;
+void ReplyPainter::ShowOnCombo(QComboBox& combo, std::int16_t address, std::int32_t value) const {
+  if (HasNewer(combo)) return;
   // The resolution's value is its place in the list, the sources' are item data.
-  SelectEntry(combo,
-              tag == address::kResolution ? value : FindItemDataIndex(NarrowToInt16(value), combo));
+  SelectEntry(combo, address == address::kResolution
+                         ? value
+                         : FindItemDataIndex(NarrowToInt16(value), combo));
 }
 
-void ReplyPainter::ShowOnPad(ArrowControl& pad, int tag, std::int16_t address,
-                             std::int32_t value) const {
+void ReplyPainter::ShowOnPad(ArrowControl& pad, bool is_horizontal, std::int32_t value) const {
   if (pad.PressedArrow() != ArrowControl::Arrow::kNone || HasNewer(pad)) return;
-  if (tag == address) {
+  if (is_horizontal) {
     pad.setValueX(value);
-  } else if (pad.TAG2().toInt() == address) {
+  } else {
     pad.setValueY(value);
   }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "link/reply_display.h"
 #include "panel/operator_queue.h"
@@ -16,7 +17,9 @@ namespace kalde2 {
 /// what came is older than what he wants.
 class ReplyPainter : public ReplyDisplay {
  public:
-  explicit ReplyPainter(VornikForm& form) : form_(form) {}
+  /// Notes the tags, which stay as the form has set them: to ask every control at every reply would
+  /// cost more than all the rest of a reply.
+  explicit ReplyPainter(VornikForm& form);
 
   /// Where newer changes of the operator wait; without one no change waits.
   void SetQueue(const OperatorQueue* queue) { queue_ = queue; }
@@ -28,12 +31,19 @@ class ReplyPainter : public ReplyDisplay {
   void ShowValue(std::int16_t address, std::int32_t value) override;
 
  private:
-  void ShowOnCombo(QComboBox& combo, int tag, std::int16_t address, std::int32_t value) const;
-  void ShowOnPad(ArrowControl& pad, int tag, std::int16_t address, std::int32_t value) const;
+  struct Tagged {
+    QWidget* widget;
+    int tag;
+    int tag2;  ///< of a pad, its vertical axis; else 0, which is no address
+  };
+
+  void ShowOnCombo(QComboBox& combo, std::int16_t address, std::int32_t value) const;
+  void ShowOnPad(ArrowControl& pad, bool is_horizontal, std::int32_t value) const;
   void ShowOnOther(QWidget& control, std::int32_t value) const;
   [[nodiscard]] bool HasNewer(const QWidget& control) const;
 
   VornikForm& form_;
+  std::vector<Tagged> tagged_;
   const OperatorQueue* queue_ = nullptr;
 };
 

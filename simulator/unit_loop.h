@@ -75,6 +75,9 @@ class UnitLoop {
   PacedQueue received_;
   PacedQueue sending_;
   std::multimap<Clock::time_point, LineAction> actions_;
+  /// How late the last characters went out. The panel's next request comes as much later, and is
+  /// taken as having come in time: the pace of a line does not depend on the computer.
+  Clock::duration late_{0};
   std::optional<Clock::time_point> next_unasked_;
   std::optional<Clock::time_point> partial_request_ends_;
   std::string command_line_;

@@ -18,6 +18,9 @@ namespace {
 // A panel sends a request in one go; a pause this long means that the rest of it was lost.
 constexpr std::chrono::milliseconds kRequestPause(500);
 
+// The system wakes a sleeper some tens of microseconds late; more than this is no lateness of ours.
+constexpr std::chrono::milliseconds kLongestLate(1);
+
 constexpr std::string_view kFromPanel = "<-";
 constexpr std::string_view kToPanel = "->";
 
@@ -163,7 +166,7 @@ void UnitLoop::ReadLine() {
                    " baud, the unit at " + std::to_string(options_.baud));
     return;
   }
-  received_.Put(bytes, Clock::now());
+  received_.Put(bytes, Clock::now() - std::exchange(late_, {}));
 }
 
 void UnitLoop::ReadCommands(int commands) {
@@ -272,6 +275,7 @@ void UnitLoop::Flush(Clock::time_point now) {
   const std::string bytes = sending_.Take(now);
   if (bytes.empty()) return;
   const bool was_losing = std::exchange(is_losing_, !terminal_->Write(bytes));
+  late_ = std::min<Clock::duration>(Clock::now() - sending_.Through(), kLongestLate);
   if (is_losing_ && !was_losing) print_("the panel does not read: characters are lost");
 }
 
