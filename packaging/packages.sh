@@ -33,5 +33,6 @@ need_packages() {
 }
 
 build_packages=(cmake g++ ninja-build qt6-base-dev qt6-serialport-dev)
-test_packages=(libgtest-dev libgmock-dev fonts-dejavu-core clang-format desktop-file-utils appstream
-  groff)
+bench_packages=(libbenchmark-dev libxcb-damage0-dev)
+test_packages=(libgtest-dev libgmock-dev "${bench_packages[@]}" fonts-dejavu-core clang-format
+  desktop-file-utils appstream groff)
