@@ -1,4 +1,4 @@
-#include "tests/soak/memory_watch.h"
+#include "bench/soak/memory_watch.h"
 #include "tests/support/panel_fixture.h"
 
 namespace kalde2 {

@@ -3,8 +3,8 @@
 #include <array>
 #include <random>
 
+#include "bench/soak/memory_watch.h"
 #include "simulator/unit.h"
-#include "tests/soak/memory_watch.h"
 #include "tests/support/fake_link.h"
 
 namespace kalde2 {
