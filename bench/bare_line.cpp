@@ -11,6 +11,10 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "bench/figures.h"
+#include "link/frame_codec.h"
+#include "link/mod_datatypes.h"
+
 namespace kalde2::bench {
 namespace {
 
@@ -34,6 +38,13 @@ BareLine::BareLine(const std::string& device, int baud)
 
 BareLine::~BareLine() {
   close(device_);
+}
+
+std::vector<double> BareLine::ReadAgain(std::int16_t address, int count) {
+  const std::string request = HexToWire(BuildRequest({true, kFirstSourceCode, 0, address}));
+  std::vector<double> times;
+  for (int i = 0; i < count; ++i) times.push_back(Microseconds(RoundTrip(request)));
+  return times;
 }
 
 std::chrono::nanoseconds BareLine::RoundTrip(std::string_view request) {

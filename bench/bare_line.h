@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kalde2::bench {
 
@@ -16,11 +18,14 @@ class BareLine {
   BareLine(const BareLine&) = delete;
   BareLine& operator=(const BareLine&) = delete;
 
-  /// Sends a request and reads until "\r".
-  /// @return the time it took @throws std::runtime_error for a unit that is silent for a second
-  std::chrono::nanoseconds RoundTrip(std::string_view request);
+  /// Reads a parameter again and again. @return what each round trip took, in microseconds
+  /// @throws std::runtime_error for a unit that is silent for a second
+  [[nodiscard]] std::vector<double> ReadAgain(std::int16_t address, int count);
 
  private:
+  /// Sends a request and reads until "\r". @return the time it took
+  std::chrono::nanoseconds RoundTrip(std::string_view request);
+
   int device_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -16,6 +17,14 @@ namespace kalde2::bench {
 
 [[nodiscard]] inline double Median(std::vector<double> samples) {
   return Percentile(std::move(samples), 0.5);
+}
+
+[[nodiscard]] inline double Microseconds(std::chrono::steady_clock::duration time) {
+  return std::chrono::duration<double, std::micro>(time).count();
+}
+
+[[nodiscard]] inline double Milliseconds(std::chrono::steady_clock::duration time) {
+  return std::chrono::duration<double, std::milli>(time).count();
 }
 
 // The table is made of lines with four fields, a tab between: what was measured, the figure, its

@@ -1,0 +1,37 @@
+#include <QCoreApplication>
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "bench/figures.h"
+#include "bench/measurements.h"
+#include "bench/real_panel.h"
+#include "bench/unit_process.h"
+
+namespace kalde2::bench {
+
+void MeasureCommandList() {
+  constexpr int kRebuilds = 1000;
+  constexpr double kLines = 68;  // all parameters of type 35; not all are shown at once
+  constexpr int kShrinkEnable = 257 - kFirstAddress;
+  constexpr int kAspectAdjust = 258 - kFirstAddress;
+  constexpr std::int32_t kNeitherSimpleNorAdvanced = 2;
+  UnitProcess unit({"--quiet", "--type", "35"});
+  RealPanel panel;
+  panel.Open(57600);
+  panel.Application().Unit().values.SetParamValue(kShrinkEnable, 1);
+  panel.Application().Unit().values.SetParamValue(kAspectAdjust, kNeitherSimpleNorAdvanced);
+  std::vector<double> times;
+  for (int i = 0; i < kRebuilds; ++i) {
+    const auto start = std::chrono::steady_clock::now();
+    panel.Application().Editor().RefreshCommandList();
+    times.push_back(Milliseconds(std::chrono::steady_clock::now() - start));
+    QCoreApplication::processEvents();
+  }
+  const int shown = panel.Form().lst_commands->count();
+  const std::string name = "command list, rebuild of " + std::to_string(shown) + " lines, for 68";
+  PrintFigure(name + ": median", Median(times) * kLines / shown, "ms");
+  PrintAtMost(name + ": 99th percentile", Percentile(times, 0.99) * kLines / shown, "ms", "1");
+}
+
+}  // namespace kalde2::bench

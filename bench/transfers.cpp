@@ -1,0 +1,69 @@
+#include <QAction>
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "bench/bare_line.h"
+#include "bench/figures.h"
+#include "bench/measurements.h"
+#include "bench/real_panel.h"
+#include "bench/unit_process.h"
+
+namespace kalde2::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+/// What the wire alone would have needed of a time, in percent.
+double WireShare(std::size_t characters, int baud, Clock::duration time) {
+  const double wire = static_cast<double>(characters) * kBitsPerCharacter / baud;
+  return 100 * wire / std::chrono::duration<double>(time).count();
+}
+
+/// The same of the bare loop: what the unit's own pace costs.
+double BareWireShare(const UnitProcess& unit, int baud) {
+  constexpr int kTrips = 300;
+  constexpr std::int16_t kAnyAddress = 130;
+  constexpr std::size_t kCharacters = 14 + 20;
+  BareLine bare(unit.Device(), baud);
+  const auto start = Clock::now();
+  (void)bare.ReadAgain(kAnyAddress, kTrips);
+  return WireShare(kTrips * kCharacters, baud, Clock::now() - start);
+}
+
+}  // namespace
+
+void MeasureTransfers(int baud, int least) {
+  constexpr int kOpenings = 5;
+  // The finished bar's stay in view is not the line's matter.
+  constexpr milliseconds kShowResult{2000};
+  UnitProcess unit({"--quiet", "--baud", QString::number(baud), "--type", "35", "--sources",
+                    "16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31", "--resolutions", "255"});
+  PrintFigure("bare loop at " + std::to_string(baud) + " baud, of the wire's rate",
+              BareWireShare(unit, baud), "%");
+  RealPanel panel;
+  const std::string bound = std::to_string(least);
+  const std::string rate = " at " + std::to_string(baud) + " baud, of the wire's rate";
+  std::vector<double> openings;
+  for (int i = 0; i < kOpenings; ++i) {
+    if (panel.Port().PortOpen()) panel.Close();
+    panel.Open(baud);
+    // From the first character to the last: what else an opening does is not the line's matter.
+    const auto [characters, first, last] = panel.Port().TakeTraffic();
+    openings.push_back(WireShare(characters, baud, last - first - kShowResult));
+  }
+  PrintAtLeast("detection and connectivity" + rate, Median(openings), "%", bound);
+  const auto measure = [&](const std::string& what, Clock::duration aside, QAction& transfer) {
+    const auto start = Clock::now();
+    transfer.trigger();
+    const auto time = Clock::now() - start - aside;
+    PrintAtLeast(what + rate, WireShare(panel.Port().TakeTraffic().characters, baud, time), "%",
+                 bound);
+  };
+  measure("clone read, 16 sources", {}, *panel.Form().mnu_clone_read);
+  measure("clone write, 16 sources", {}, *panel.Form().menu_clone_write);
+  measure("fetch of 255 resolutions", kShowResult, *panel.Form().mnu_function_refreshRes);
+}
+
+}  // namespace kalde2::bench
