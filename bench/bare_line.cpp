@@ -42,8 +42,8 @@ BareLine::~BareLine() {
 
 std::vector<double> BareLine::ReadAgain(std::int16_t address, int count) {
   const std::string request = HexToWire(BuildRequest({true, kFirstSourceCode, 0, address}));
-  std::vector<double> times;
-  for (int i = 0; i < count; ++i) times.push_back(Microseconds(RoundTrip(request)));
+  std::vector<double> times(static_cast<std::size_t>(count));
+  for (double& time : times) time = Microseconds(RoundTrip(request));
   return times;
 }
 

@@ -44,31 +44,5 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   }
 }
 
-TEST(QtFileDialogsTest, OverwriteAndOpenWithoutAsking) {
-  QTemporaryDir folder;
-  const QString path = folder.filePath("old.txt");
-  ASSERT_TRUE(QFile(path).open(QIODevice::WriteOnly));
-  const FileDialogSetup save{"Save", "Text file (*.txt)", "*.txt", ".txt"};
-  QtFileDialogs dialogs;
-  OnNext<QFileDialog>([](QFileDialog& dialog) {
-    EXPECT_EQ(dialog.windowTitle(), "Save");
-    EXPECT_EQ(dialog.nameFilters(), QStringList("Text file (*.txt)"));
-    EXPECT_EQ(dialog.directory().absolutePath(), QCoreApplication::applicationDirPath());
-    dialog.reject();
-  });
-  EXPECT_EQ(dialogs.AskSaveName(save), std::nullopt);
-  const auto accept_next = [](const QString& name) {
-    OnNext<QFileDialog>([name](QFileDialog& dialog) {
-      dialog.selectFile(name);
-      static_cast<QDialog&>(dialog).accept();
-    });
-  };
-  accept_next(path);
-  EXPECT_EQ(dialogs.AskSaveName(save), path.toStdString());
-  const QString missing = folder.filePath("missing");
-  accept_next(missing);
-  EXPECT_EQ(dialogs.AskOpenName({"Open", "Text (*.txt)", "*.txt", ""}), missing.toStdString());
-}
-
 }  // namespace
 }  // namespace kalde2

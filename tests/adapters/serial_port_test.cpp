@@ -1,9 +1,7 @@
 #include "adapters/qt_serial_port.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <QFileInfo>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -89,15 +87,6 @@ TEST_F(QtSerialPortTest, SaysWhyItDoesNotOpen) {
   EXPECT_EQ(port_.Open({.settings = "57600,N,8,1", .comm_port = 7}),
             "There is no serial port 7 on this computer");
   EXPECT_FALSE(port_.PortOpen());
-
-  ASSERT_EQ(chmod(line_.Device().c_str(), 0), 0);
-  constexpr uid_t kNobody = 65534;
-  const bool is_root = geteuid() == 0;  // to whom nothing is forbidden
-  ASSERT_EQ(is_root ? setresuid(kNobody, kNobody, 0) : 0, 0);
-  const std::optional<std::string> problem = port_.Open(kSetup);
-  ASSERT_EQ(is_root ? setresuid(0, 0, 0) : 0, 0);
-  EXPECT_EQ(problem, line_.Device() + " may only be used by the members of the group \"" +
-                         QFileInfo(directory_.device).group().toStdString() + '"');
 }
 
 TEST_F(QtSerialPortTest, PassesEveryByteWhileSoftwareFlowControlIsSuspended) {

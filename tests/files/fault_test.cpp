@@ -1,12 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <sys/stat.h>
 
-#include <algorithm>
-#include <ctime>
-#include <filesystem>
-#include <functional>
-#include <random>
+#include <sstream>
+
 
 #include "files/mod_FileHandler.h"
 #include "files/mod_resolutions.h"
@@ -17,7 +14,6 @@
 namespace kalde2 {
 namespace {
 
-namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Box = FakeBoxes::Box;
@@ -119,74 +115,6 @@ TEST_F(FileFaultTest, AFileThatCannotBeReadToItsEndIsNotLoaded) {
   data.ReadResolutionFile("/proc/self/mem");
   EXPECT_THAT(boxes.shown,
               ElementsAre(NotLoaded("mem", "the file cannot be read to its end"), kInvalid));
-}
-
-TEST_F(FileFaultTest, AFileThatVanishesWhileItIsLoaded) {
-  struct : FakeDisplay {
-    int lines = 0;
-    std::function<void()> at_first_line;
-    void ShowValue(std::int16_t, std::int32_t) override {
-      if (lines++ == 0) at_first_line();
-    }
-  } watched;
-  CommandLink watched_link(port, clock, values, watched, watched);
-  SettingsFile file(catalogue, connectivity, values, watched_link, boxes, dialogs);
-  constexpr int kLines = 100'000;  // far more than is read ahead
-  std::string text(kHead);
-  for (int i = 0; i < kLines; ++i) text += "159,1\r\n";
-  const auto lines_loaded = [&](std::function<void()> vanish) {
-    WriteText("panel.txt", text);
-    watched.lines = 0;
-    watched.at_first_line = std::move(vanish);
-    file.LoadSettingsFile();
-    return watched.lines;
-  };
-  EXPECT_EQ(lines_loaded([] { fs::remove("panel.txt"); }), kLines);
-  EXPECT_LT(lines_loaded([] { fs::resize_file("panel.txt", 0); }), kLines);
-}
-
-/// Puts junk of 100 MB behind what a file holds.
-void AppendJunk(bool noise) {
-  constexpr std::uintmax_t kSize = 100'000'000;
-  if (!noise) return fs::resize_file("panel.txt", fs::file_size("panel.txt") + kSize);  // of NULs
-  std::mt19937 random;
-  std::string block(kSize / 100, '\0');
-  std::ranges::generate(block, [&] { return static_cast<char>(random()); });
-  std::ofstream file("panel.txt", std::ios::binary | std::ios::app);
-  for (int i = 0; i < 100; ++i) file << block;
-}
-
-long PeakKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
-TEST_F(FileFaultTest, JunkTakesNeitherMuchMemoryNorLong) {
-  constexpr long kFarLessThanTheFile = 64'000;
-  constexpr double kSeconds = 60;
-  const long memory_before = PeakKilobytes();
-  const std::clock_t time_before = std::clock();
-  for (const bool noise : {true, false}) {
-    const auto write = [noise](std::string_view beginning) {
-      WriteText("panel.txt", beginning);
-      AppendJunk(noise);
-    };
-    write("");
-    settings.LoadSettingsFile();
-    EXPECT_EQ(data.FillResolutionList("panel.txt").size(), 0U);
-    EXPECT_THAT(boxes.shown, ElementsAre(kLoaded, kInvalid));
-    write("[1.0]\r\n[GENERAL1A]\r\n159,5\r\n");
-    settings.LoadSettingsFile();
-    EXPECT_THAT(boxes.shown.back().prompt,
-                ::testing::StartsWith("\"panel.txt\": line 4: expected"));
-    write(ResolutionText(0));
-    EXPECT_GE(data.FillResolutionList("panel.txt").size(), 2U);
-    EXPECT_LE(table.Size(), 32768U);
-    boxes.shown.clear();
-  }
-  EXPECT_LT(PeakKilobytes() - memory_before, kFarLessThanTheFile);
-  EXPECT_LT(static_cast<double>(std::clock() - time_before) / CLOCKS_PER_SEC, kSeconds);
 }
 
 }  // namespace

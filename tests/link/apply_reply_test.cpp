@@ -62,18 +62,5 @@ TEST_F(ApplyReply, FaultsLeaveTheReplyInvalidAndOtherGroupsTheValuesAlone) {
   EXPECT_THAT(display.log, IsEmpty());
 }
 
-TEST_F(ApplyReply, StoreReadsTheSelectedSource) {
-  values.SetSourceValue(4, 0, 11);
-  values.SetSourceValue(4, 8, 22);
-  // 0 is nothing selected yet, 80 no code of the table.
-  for (const auto& [code, value] : {std::pair{0, 11}, {66, 22}, {80, 11}}) {
-    values.SetParamValue(ValueStore::kCurrentSource, code);
-    EXPECT_EQ(values.GetParamValue(185 - 130), value);
-    EXPECT_EQ(values.ParamValue(ValueStore::kCurrentSource), code == 0 ? 0x10 : code);
-  }
-  EXPECT_THROW((void)values.GetParamValue(284), Fault);
-  EXPECT_THROW((void)values.SourceValue(21, 0), Fault);
-}
-
 }  // namespace
 }  // namespace kalde2

@@ -78,18 +78,6 @@ TEST(Catalogue, NamesAndLimitsThatAreEasilyPutRight) {
   }
 }
 
-TEST(Catalogue, AddedParameterReadsItsTexts) {
-  ParamCatalogue catalogue;
-  catalogue.AddParameter(208, "a", 7, "", "abc", true);
-  const ParamRecord& record = catalogue.Record(208 - kFirstAddress);
-  EXPECT_TRUE(record.PerSource && record.MinValue == 0 && record.MaxValue == 0);
-  catalogue.AddParameter(208, "b", 0, " -1.5", "2.5", false);
-  EXPECT_TRUE(record.MinValue == -2 && record.MaxValue == 2 && !record.HasList);
-  EXPECT_TRUE(record.ListId == 7 && record.UseItemData);  // left as they were
-  EXPECT_THROW(catalogue.AddParameter(129, "c", 0, "0", "0", false), Fault);
-  EXPECT_THROW(catalogue.AddParameter(200, "c", 0, "0", "32768", false), Fault);
-}
-
 TEST(ProductTypes, ModelTableAndGateDiffer) {
   const std::string gate = "22 23 24 25 26 27 28 29 30 31 32 33 34 35 57 58 59 60 61 63 71";
   for (int type = -1; type < 300; ++type) {

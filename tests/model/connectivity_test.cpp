@@ -80,20 +80,6 @@ TEST_F(ConnectivityReading, SilenceLooksFittedAndRefusalRepeatsTheLastAnswer) {
   EXPECT_EQ(Info(48).NameIndex, 0);
 }
 
-TEST_F(ConnectivityReading, FailureEndsItAndLeavesTheProgressWindow) {
-  Report(17, "000007", "000031");
-  Report(20, "000007", "008000");  // does not fit 16 bits
-  for (const auto* last : {"value 20", "value 18"}) {
-    reader.ReadConnectivity(35);
-    EXPECT_EQ(progress.log.back(), last);
-    EXPECT_FALSE(link.DetectionInProgress());
-    EXPECT_THAT(Fitted(), ElementsAre(17));
-    progress.on_value = [&](int value) {
-      if (value == 18) port.Close();
-    };
-  }
-}
-
 class Names : public testing::Test, public LinkFixture {
  protected:
   Names() { LoadInputNames(inputs); }
@@ -175,13 +161,6 @@ TEST_F(Names, SeventeenthSourceEndsTheLoading) {
   EXPECT_THROW(Load(35), Fault);
   EXPECT_EQ(names.Item(kSetupSourceList, 15), "CV 8,55");
   EXPECT_EQ(Joined(kMainInputList), "");
-}
-
-TEST(ValueItem, LabelAndNumber) {
-  for (const auto& [item, number] : {std::pair{"A,&H10", 16}, {"A, -1", -1}, {"A,1,2", 1}}) {
-    EXPECT_TRUE(SplitItem(item).label == "A" && SplitItem(item).number == number) << item;
-  }
-  EXPECT_THROW((void)SplitItem("A"), Fault);
 }
 
 }  // namespace
