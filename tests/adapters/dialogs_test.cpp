@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -42,6 +40,15 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
     });
     EXPECT_EQ(boxes.Confirm("Store?", ""), confirmed);
   }
+}
+
+TEST(QtFileDialogsTest, OverwriteWithoutAsking) {
+  QtFileDialogs dialogs;
+  OnNext<QFileDialog>([](QFileDialog& dialog) {
+    EXPECT_TRUE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+    dialog.reject();
+  });
+  EXPECT_EQ(dialogs.AskSaveName({"Save", "Text file (*.txt)", "*.txt", ".txt"}), std::nullopt);
 }
 
 }  // namespace
