@@ -131,9 +131,6 @@ TEST_F(Commands, PerSourceParametersFollowTheSetupSource) {
 TEST_F(Commands, StepsAndTypedNumbersStayInRange) {
   const std::tuple<std::int32_t, int, std::int32_t> steps[] = {
       {99, 1, 100},
-      {101, -1, 100},
-      {-120, -1, -120},
-      {-500, 1, -120},
       {std::numeric_limits<std::int32_t>::max(), 1, 100},
       {std::numeric_limits<std::int32_t>::min(), -1, -120}};
   for (const auto& [value, step, stepped] : steps) {

@@ -118,32 +118,8 @@ TEST_F(Names, InputsAndItemsAreTheUnitsOwnWording) {
       {10, "Off|Med.|High|Auto"},
       {14, "RGBHV|RGBs|RGsB|YUV|tlYUV|CV/YC|D-RGB|tlRGB| Auto|  N/A|A-RGB|D-YUV|A-YUV"},
       {16, "Fade Out, -1|Fade In, 1"},
-      {19, "RGBHV| RGBS| RGsB|  YUV|tlYUV"},
-      {22, ""}};
+      {19, "RGBHV| RGBS| RGsB|  YUV|tlYUV"}};
   for (const auto& [list, items] : lists) EXPECT_EQ(Joined(list), items) << list;
-  EXPECT_THROW((void)names.Item(30, 0), Fault);
-  EXPECT_THROW((void)names.Item(0, 16), Fault);
-}
-
-TEST_F(Names, InputListsByProduct) {
-  constexpr auto kFitted = "RGB 1,0|YUV2,17|CV 3,50";
-  constexpr auto kThree = "RGB1,&H10|CV1,&H30|YC1,&H40";
-  const std::tuple<std::vector<int>, const char*, const char*> rows[] = {
-      {{22, 71}, "", "RGB1,&H10"},
-      {{23, 57}, "CV1,&H30|YC1,&H40", "RGB1,&H10"},
-      {{24}, "", kThree},
-      {{25, 58}, "RGB1,&H10", kThree},
-      {{26, 27, 31, 59, 60, 63, 0}, kFitted, kFitted}};
-  FitNamed({50, 17, 0});
-  for (const auto& [types, lock_source, main_input] : rows) {
-    for (const int type : types) {
-      names = {};
-      Load(type);
-      EXPECT_EQ(Joined(kLockSourceList), lock_source) << type;
-      EXPECT_EQ(Joined(kMainInputList), main_input) << type;
-      EXPECT_EQ(Joined(kSetupSourceList), kFitted) << type;
-    }
-  }
 }
 
 TEST_F(Names, ItemsOfAnEarlierProductStayBehindTheNewOnes) {
@@ -154,13 +130,6 @@ TEST_F(Names, ItemsOfAnEarlierProductStayBehindTheNewOnes) {
   for (const int list : {5, 7, 20}) EXPECT_EQ(Joined(list), "YC 1,64|YUV2,17|CV 1,48");
   Load(22);
   EXPECT_EQ(Joined(7), "RGB1,&H10|YUV2,17|CV 1,48");
-}
-
-TEST_F(Names, SeventeenthSourceEndsTheLoading) {
-  FitNamed({16, 17, 18, 19, 20, 21, 22, 23, 48, 49, 50, 51, 52, 53, 54, 55, 56});
-  EXPECT_THROW(Load(35), Fault);
-  EXPECT_EQ(names.Item(kSetupSourceList, 15), "CV 8,55");
-  EXPECT_EQ(Joined(kMainInputList), "");
 }
 
 }  // namespace
