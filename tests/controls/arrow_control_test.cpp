@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QDeadlineTimer>
 #include <QLabel>
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QTest>
 #include <limits>
@@ -28,9 +30,38 @@ class ArrowControlTest : public testing::Test {
   }
   void Click(Arrow arrow) const { QTest::mouseClick(Picture(arrow), Qt::LeftButton); }
 
+  QString ShownParts() const {
+    QStringList shown;
+    for (const QWidget* part : pad_.findChildren<QWidget*>()) {
+      if (part->isVisible()) shown << part->objectName();
+    }
+    return shown.join(' ');
+  }
+
   ArrowControl pad_;
   QSignalSpy events_{&pad_, &ArrowControl::ValueChanged};
 };
+
+TEST_F(ArrowControlTest, EachArrowStepsItsAxisInItsDirection) {
+  constexpr std::tuple<Arrow, int, int> kSteps[] = {
+      {Arrow::kRight, 1, 0}, {Arrow::kDown, 1, 1}, {Arrow::kLeft, 0, 1}, {Arrow::kUp, 0, 0}};
+  for (const int sign : {1, -1}) {
+    pad_.setReversed(sign < 0);
+    for (const auto& [arrow, x, y] : kSteps) {
+      Click(arrow);
+      EXPECT_EQ(events_.takeLast(), (QVariantList{sign * x, sign * y}));
+      EXPECT_TRUE(events_.isEmpty());
+    }
+  }
+}
+
+TEST_F(ArrowControlTest, EveryMouseButtonAndTheSecondClickOfADoubleClickStep) {
+  QWidget* const right = Picture(Arrow::kRight);
+  for (const auto button : {Qt::RightButton, Qt::BackButton}) QTest::mouseClick(right, button);
+  QTest::mouseDClick(right, Qt::LeftButton);
+  QTest::qWait(50);
+  EXPECT_EQ(events_.count(), 3) << "with an interval of 0 nothing repeats";
+}
 
 TEST_F(ArrowControlTest, LimitsHoldStepsButNotValuesThatAreSet) {
   pad_.setValueX(500);
@@ -103,6 +134,80 @@ TEST_F(ArrowControlTest, AHoldEndsWithTheReleaseTheFocusAndWhenHiddenOrDisabled)
   Click(Arrow::kRight);
   QTest::keyClick(&pad_, Qt::Key_Right);
   EXPECT_EQ(events_.count(), 0) << "a disabled pad cannot be stepped";
+}
+
+TEST_F(ArrowControlTest, AxisVisibilityAppliesOnReadingAndXPrecedesY) {
+  const QString all = ShownParts();
+  const auto shown = [this](const QVariantMap& bag) {
+    pad_.ReadProperties(bag);
+    return ShownParts();
+  };
+  EXPECT_EQ(shown({{"VisibleX", true}, {"visibleY", false}}),
+            "lbl_arrowtitle lbl_valx pic_arrow_0 pic_arrow_2");
+  QTest::keyClick(&pad_, Qt::Key_Down);
+  EXPECT_EQ(pad_.valueY(), 0) << "an arrow that is not shown has no key";
+  EXPECT_EQ(shown({{"VisibleX", false}, {"visibleY", false}}),
+            "lbl_arrowtitle lbl_valy pic_arrow_1 pic_arrow_3");
+  EXPECT_EQ(shown({{"visiblex", false}, {"VisibleY", false}}), all) << "names differ by case";
+  pad_.setVisibleX(false);
+  EXPECT_EQ(ShownParts(), all) << "writing the property alone shows and hides nothing";
+}
+
+TEST_F(ArrowControlTest, PropertiesSurviveStoringAndHaveDefaults) {
+  const auto stored = [](ArrowControl& pad) {
+    QVariantMap bag;
+    pad.WriteProperties(bag);
+    return bag;
+  };
+  const QVariantMap defaults = stored(pad_);
+  QStringList texts;
+  for (const QString& key : defaults.keys()) texts << key + '=' + defaults[key].toString();
+  EXPECT_EQ(texts.join(';'),
+            "BackColor=-2147483633;BackStyle=0;BorderStyle=0;Enabled=true;ForeColor=-2147483630;"
+            "RepeatInterval=0;Reversed=false;StepRepeat=5;StepSingle=1;TAG2=;Title=PAN;"
+            "VisibleX=true;textX=H: ;textY=V: ;valueX=0;valueXmax=100;valueXmin=-100;valueY=0;"
+            "valueYmax=100;valueYmin=-100;visibleY=true");
+
+  QStringList names;
+  const QMetaObject& meta = ArrowControl::staticMetaObject;
+  for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+    const QMetaProperty property = meta.property(i);
+    names << QLatin1String(property.name());
+    QVariant other = i;
+    if (property.typeId() == QMetaType::Bool) other = !property.read(&pad_).toBool();
+    if (property.typeId() == QMetaType::QString) other = names.last();
+    if (property.typeId() == QMetaType::QFont) other = QFont("Serif", 20);
+    EXPECT_TRUE(property.write(&pad_, other)) << property.name();
+  }
+  EXPECT_EQ(pad_.ChangedProperties(), names);
+
+  ArrowControl copy;
+  copy.ReadProperties(stored(pad_));
+  for (const QString& name : names) {
+    EXPECT_EQ(copy.property(name.toLatin1()), pad_.property(name.toLatin1())) << name.toStdString();
+  }
+  EXPECT_TRUE((pad_.ChangedProperties() + copy.ChangedProperties()).isEmpty());
+  copy.ReadProperties({{"StepSingle", "no number"}});
+  EXPECT_EQ(stored(copy), defaults) << "what is absent or no number is read as its default";
+}
+
+TEST_F(ArrowControlTest, AnArrowLooksPressedAndTakesTheBackColor) {
+  QWidget* const up = Picture(Arrow::kUp);
+  const QImage released = up->grab().toImage();
+  QTest::mousePress(up, Qt::LeftButton);
+  EXPECT_NE(up->grab().toImage(), released);
+  QTest::mouseRelease(up, Qt::LeftButton);
+  EXPECT_EQ(up->grab().toImage(), released);
+  pad_.setBackColor(0x0000FF);
+  EXPECT_EQ(up->grab().toImage().pixelColor(4, up->height() / 2), QColor(Qt::red));
+}
+
+TEST_F(ArrowControlTest, AssistiveToolsPressTheArrows) {
+  QAccessibleInterface* down = QAccessible::queryAccessibleInterface(Picture(Arrow::kDown));
+  EXPECT_EQ(down->text(QAccessible::Name), "PAN down");
+  down->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(pad_.valueY(), 1);
+  EXPECT_EQ(pad_.PressedArrow(), Arrow::kNone);
 }
 
 }  // namespace

@@ -1,5 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <functional>
+#include <random>
 
 #include "files/mod_FileHandler.h"
 #include "files/mod_resolutions.h"
@@ -10,22 +17,36 @@
 namespace kalde2 {
 namespace {
 
+namespace fs = std::filesystem;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using Box = FakeBoxes::Box;
 
 const Box kSaved{"Settings saved to file", BoxIcon::kNone, ""};
 const Box kLoaded{"Loaded values from file", BoxIcon::kNone, ""};
 const Box kInvalid{"Invalid Resolution Data File.", BoxIcon::kNone, ""};
+const Box kCorrupted{"Resolution Data File Corrupted.", BoxIcon::kNone, ""};
 
 Box NotLoaded(std::string_view name, std::string_view why) {
   return {"\"" + std::string(name) + "\": " + std::string(why), BoxIcon::kCritical, ""};
 }
+
+constexpr std::string_view kHead = "[1.0]\r\n[DEVICE]\r\n35\r\n[GENERAL1A]\r\n";
 
 struct FileFaultTest : ::testing::Test, LinkFixture {
   FileFaultTest() {
     LoadProduct(35);
     Fit({0, 3});
     dialogs.name = "panel.txt";
+  }
+
+  /// The lines of a resolution data file with this many entries.
+  std::string ResolutionText(std::size_t upper) {
+    ResolutionTable entries;
+    entries.Reset(upper);
+    std::ostringstream text;
+    WriteResolutions(text, entries);
+    return text.str();
   }
 
   TempFolder folder;
@@ -46,23 +67,49 @@ TEST_F(FileFaultTest, AFullDiskCutsTheSettingsFileAndTheSaveReportsSuccess) {
   EXPECT_THAT(boxes.shown, ElementsAre(kSaved, kSaved, kSaved, kSaved));
 }
 
+TEST_F(FileFaultTest, AFullDiskCutsTheResolutionFileAndTheFetchEndsAsEver) {
+  port.on_write = [](std::string_view frame) {
+    return frame == "F84104100D8??\r" ? "FC4104100D80000027E\r" : "S\x01x";
+  };
+  {
+    const FullDisk disk(70);
+    data.FetchResolutionData();
+  }
+  EXPECT_EQ(ReadText("resdata.txt"), ResolutionText(2).substr(0, 70));
+  EXPECT_FALSE(progress.shown || link.CommsBusy());
+  EXPECT_THAT(boxes.shown, IsEmpty());
+  EXPECT_EQ(table.Size(), 3U);
+  // The next start meets what is left of it.
+  EXPECT_EQ(data.FillResolutionList("resdata.txt").size(), 0U);
+  EXPECT_THAT(boxes.shown, ElementsAre(kCorrupted));
+}
+
 TEST_F(FileFaultTest, AFolderThatCannotBeWrittenToKeepsItsFiles) {
-  WriteText("panel.txt", "[1.0]\r\n[GENERAL1A]\r\n159,5\r\n");
-  WriteText("resdata.txt", "older");
+  WriteText("panel.txt", std::string(kHead) + "159,5\r\n");
+  WriteText("resdata.txt", ResolutionText(1));
+  WriteText("secret.txt", "[1.0]\r\n");
+  chmod("secret.txt", 0);
   const UnwritableFolder unwritable(".");
+  table.Reset(7);
   data.WriteResolutionFile("resdata.txt");
-  settings.SaveSettingsFile(35);
-  settings.LoadSettingsFile();
+  for (const char* name : {"panel.txt", "new.txt", "panel.txt/below.txt"}) {
+    dialogs.name = name;
+    settings.SaveSettingsFile(35);
+  }
+  for (const char* name : {"panel.txt", "panel.txt/below.txt", "secret.txt"}) {
+    dialogs.name = name;
+    settings.LoadSettingsFile();
+  }
   EXPECT_EQ(values.ParamValue(29), 5);
-  EXPECT_EQ(ReadText("resdata.txt"), "older");
-  dialogs.name = "panel.txt/below.txt";
-  settings.SaveSettingsFile(35);
-  settings.LoadSettingsFile();
+  EXPECT_EQ(data.FillResolutionList("resdata.txt").size(), 2U);
+  EXPECT_EQ(data.FillResolutionList("secret.txt").size(), 0U);
   // Without a file the built-in names are listed.
-  EXPECT_EQ(data.FillResolutionList(*dialogs.name).size(), 106U);
+  EXPECT_EQ(data.FillResolutionList("panel.txt/below.txt").size(), 106U);
   EXPECT_EQ(table.ResolutionName(81), "1920 x 1080i 25Hz1250");
-  EXPECT_THAT(boxes.shown, ElementsAre(kSaved, kLoaded, kSaved,
-                                       NotLoaded("below.txt", "the file cannot be opened")));
+  constexpr const char* kUnopened = "the file cannot be opened";
+  EXPECT_THAT(boxes.shown,
+              ElementsAre(kSaved, kSaved, kSaved, kLoaded, NotLoaded("below.txt", kUnopened),
+                          NotLoaded("secret.txt", kUnopened), kInvalid));
 }
 
 TEST_F(FileFaultTest, AFileThatCannotBeReadToItsEndIsNotLoaded) {
@@ -72,6 +119,74 @@ TEST_F(FileFaultTest, AFileThatCannotBeReadToItsEndIsNotLoaded) {
   data.ReadResolutionFile("/proc/self/mem");
   EXPECT_THAT(boxes.shown,
               ElementsAre(NotLoaded("mem", "the file cannot be read to its end"), kInvalid));
+}
+
+TEST_F(FileFaultTest, AFileThatVanishesWhileItIsLoaded) {
+  struct : FakeDisplay {
+    int lines = 0;
+    std::function<void()> at_first_line;
+    void ShowValue(std::int16_t, std::int32_t) override {
+      if (lines++ == 0) at_first_line();
+    }
+  } watched;
+  CommandLink watched_link(port, clock, values, watched, watched);
+  SettingsFile file(catalogue, connectivity, values, watched_link, boxes, dialogs);
+  constexpr int kLines = 100'000;  // far more than is read ahead
+  std::string text(kHead);
+  for (int i = 0; i < kLines; ++i) text += "159,1\r\n";
+  const auto lines_loaded = [&](std::function<void()> vanish) {
+    WriteText("panel.txt", text);
+    watched.lines = 0;
+    watched.at_first_line = std::move(vanish);
+    file.LoadSettingsFile();
+    return watched.lines;
+  };
+  EXPECT_EQ(lines_loaded([] { fs::remove("panel.txt"); }), kLines);
+  EXPECT_LT(lines_loaded([] { fs::resize_file("panel.txt", 0); }), kLines);
+}
+
+/// Puts junk of 100 MB behind what a file holds.
+void AppendJunk(bool noise) {
+  constexpr std::uintmax_t kSize = 100'000'000;
+  if (!noise) return fs::resize_file("panel.txt", fs::file_size("panel.txt") + kSize);  // of NULs
+  std::mt19937 random;
+  std::string block(kSize / 100, '\0');
+  std::ranges::generate(block, [&] { return static_cast<char>(random()); });
+  std::ofstream file("panel.txt", std::ios::binary | std::ios::app);
+  for (int i = 0; i < 100; ++i) file << block;
+}
+
+long PeakKilobytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+TEST_F(FileFaultTest, JunkTakesNeitherMuchMemoryNorLong) {
+  constexpr long kFarLessThanTheFile = 64'000;
+  constexpr double kSeconds = 60;
+  const long memory_before = PeakKilobytes();
+  const std::clock_t time_before = std::clock();
+  for (const bool noise : {true, false}) {
+    const auto write = [noise](std::string_view beginning) {
+      WriteText("panel.txt", beginning);
+      AppendJunk(noise);
+    };
+    write("");
+    settings.LoadSettingsFile();
+    EXPECT_EQ(data.FillResolutionList("panel.txt").size(), 0U);
+    EXPECT_THAT(boxes.shown, ElementsAre(kLoaded, kInvalid));
+    write("[1.0]\r\n[GENERAL1A]\r\n159,5\r\n");
+    settings.LoadSettingsFile();
+    EXPECT_THAT(boxes.shown.back().prompt,
+                ::testing::StartsWith("\"panel.txt\": line 4: expected"));
+    write(ResolutionText(0));
+    EXPECT_GE(data.FillResolutionList("panel.txt").size(), 2U);
+    EXPECT_LE(table.Size(), 32768U);
+    boxes.shown.clear();
+  }
+  EXPECT_LT(PeakKilobytes() - memory_before, kFarLessThanTheFile);
+  EXPECT_LT(static_cast<double>(std::clock() - time_before) / CLOCKS_PER_SEC, kSeconds);
 }
 
 }  // namespace

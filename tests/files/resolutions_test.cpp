@@ -179,5 +179,26 @@ TEST_F(ResolutionDataTest, WithoutACountItStopsAsItStands) {
   EXPECT_FALSE(std::filesystem::exists("resdata.txt"));
 }
 
+TEST_F(ResolutionDataTest, ClosingThePortEndsTheFetchCleanly) {
+  const auto answer = port.on_write;
+  for (const std::size_t last : {1U, 2U, 3U, 5U}) {
+    WriteText("resdata.txt", "good");
+    table.Reset(4);
+    port.open = true;
+    port.written.clear();
+    port.on_write = [&](std::string_view frame) -> std::string {
+      if (port.written.size() < last) return answer(frame);
+      clock.After({}, [this] { port.Close(); });
+      return "";
+    };
+    data.FetchResolutionData();
+    EXPECT_EQ(port.written.size(), last);
+    EXPECT_FALSE(progress.shown || link.CommsBusy());
+    EXPECT_EQ(ReadText("resdata.txt"), "good");
+    EXPECT_EQ(table.Size(), 5U);
+  }
+  EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
 }  // namespace
 }  // namespace kalde2

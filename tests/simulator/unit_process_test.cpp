@@ -1,0 +1,107 @@
+// The program kalde2-unit as its users meet it: a process, a link, a terminal device, signals.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSerialPort>
+#include <QTemporaryDir>
+#include <csignal>
+
+namespace kalde2 {
+namespace {
+
+constexpr int kPatience = 5000;
+
+/// A kalde2-unit with a folder of its own for its links.
+class UnitProgram : public testing::Test {
+ protected:
+  ~UnitProgram() override {
+    unit_.kill();
+    unit_.waitForFinished();
+  }
+
+  void Start(const QStringList& options) {
+    qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
+    unit_.setProcessChannelMode(QProcess::MergedChannels);
+    unit_.start(KALDE2_UNIT, options);
+  }
+  bool Says(const QByteArray& text) {
+    QByteArray said = unit_.readAll();
+    while (!said.contains(text) && unit_.waitForReadyRead(kPatience)) said += unit_.readAll();
+    return said.contains(text);
+  }
+  /// The reply to a query of the product type at a rate.
+  QByteArray AskType(qint32 baud) {
+    QSerialPort line(QFile::symLinkTarget(link_));
+    line.setBaudRate(baud);
+    EXPECT_TRUE(line.open(QIODevice::ReadWrite)) << line.errorString().toStdString();
+    line.write("F84104100C499\r");
+    line.waitForBytesWritten(kPatience);
+    constexpr int kQuiet = 300;
+    QByteArray reply;
+    while (!reply.endsWith('\r') && line.waitForReadyRead(kQuiet)) reply += line.readAll();
+    return reply;
+  }
+  /// The exit code, or -1 for a process that a signal ended or that does not end.
+  int ExitCode() {
+    const bool ended = unit_.waitForFinished(kPatience);
+    return ended && unit_.exitStatus() == QProcess::NormalExit ? unit_.exitCode() : -1;
+  }
+
+  static inline const QByteArray kType = "FC4104100C4000023FC\r";
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
+  QTemporaryDir folder_;
+  const QString link_ = folder_.filePath("KALDE2/ports/1");
+  QProcess unit_;
+};
+
+TEST_F(UnitProgram, LivesOnWithoutAFrontPanelAndRemovesItsLinkOnEverySignal) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    Start({});
+    ASSERT_TRUE(Says("ready: port 1 is /dev/"));
+    unit_.closeWriteChannel();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(AskType(QSerialPort::Baud57600), kType);
+    EXPECT_TRUE(Says("reads Product type [196]"));
+    ASSERT_GT(unit_.processId(), 0);  // kill() takes 0 for the tests themselves
+    kill(static_cast<pid_t>(unit_.processId()), signal);
+    EXPECT_EQ(ExitCode(), 0);
+    EXPECT_FALSE(QFileInfo(link_).isSymLink());
+  }
+}
+
+TEST_F(UnitProgram, NeverOverwritesALink) {
+  QDir(folder_.path()).mkpath("KALDE2/ports");
+  QFile::link("/dev/pts/99999", link_);
+  Start({});
+  EXPECT_TRUE(
+      Says("which is gone; if no unit uses it, remove it: rm '" + link_.toLocal8Bit() + "'"));
+  EXPECT_EQ(ExitCode(), 1);
+  EXPECT_EQ(QFile::symLinkTarget(link_), "/dev/pts/99999");
+}
+
+TEST_F(UnitProgram, WithARateItIsPacedAndDeafToOtherRates) {
+  Start({"--baud", "9600"});
+  ASSERT_TRUE(Says("ready"));
+  EXPECT_EQ(AskType(QSerialPort::Baud57600), "");
+  EXPECT_TRUE(Says("not understood: the panel runs at 57600 baud"));
+  const QDeadlineTimer length_of_34_characters(35);
+  EXPECT_EQ(AskType(QSerialPort::Baud9600), kType);
+  EXPECT_TRUE(length_of_34_characters.hasExpired());
+}
+
+TEST_F(UnitProgram, LosesWhatAPanelDoesNotReadAndStaysAlive) {
+  Start({"--quiet", "--fault", "unasked=10000"});
+  EXPECT_TRUE(Says("characters are lost"));
+  unit_.write("fault none\n");
+  EXPECT_TRUE(Says("faults: none"));
+  unit_.write("quit\n");
+  EXPECT_EQ(ExitCode(), 0);
+}
+
+}  // namespace
+}  // namespace kalde2
