@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QEventLoop>
-#include <QFile>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTest>
@@ -21,16 +19,6 @@
 #include "adapters/qt_settings_store.h"
 #include "panel/panel_application.h"
 #include "tests/support/window_fixture.h"
-
-// How failing checks show Qt's texts.
-QT_BEGIN_NAMESPACE
-inline void PrintTo(const QString& text, std::ostream* out) {
-  *out << text.toStdString();
-}
-inline void PrintTo(const QByteArray& text, std::ostream* out) {
-  *out << text.toStdString();
-}
-QT_END_NAMESPACE
 
 namespace kalde2 {
 
@@ -69,9 +57,9 @@ class UnitProcess {
   }
 
   /// The value that the unit holds.
-  [[nodiscard]] int Value(int address, int source = 16) {
+  [[nodiscard]] int Value(int address) {
     // Any other word is answered with itself, which tells the answer's line from those of frames.
-    Command("get " + QByteArray::number(address) + ' ' + QByteArray::number(source) + "\n:");
+    Command("get " + QByteArray::number(address) + " 16\n:");
     EXPECT_TRUE(Says("\nno command \":\""));
     return output_.left(output_.lastIndexOf('\n', seen_ - 1)).split('\n').last().toInt();
   }
@@ -117,8 +105,7 @@ struct RealPanel {
   PanelApplication application{{port, ports, clock, settings, boxes, dialogs, [this] { ++ends; }}};
 };
 
-/// The real window against the real unit. Message boxes are noted and answered with OK, file
-/// dialogs with `file_name`, as an operator answers them.
+/// The real window against the real unit. Message boxes are noted and answered with OK.
 class EndToEnd : public WindowFixture {
  public:
   EndToEnd() { qApp->installEventFilter(&operator_); }
@@ -140,12 +127,11 @@ class EndToEnd : public WindowFixture {
     StartUnit(options);
     StartPanel();
     Press("Cmd_openclose");
-    ASSERT_EQ(State(), "OPEN : K2-6350");
+    ASSERT_TRUE(panel->port.PortOpen());
     EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
   }
 
   [[nodiscard]] frm_vornik& Window() const override { return panel->application.Window(); }
-  [[nodiscard]] QString State() const { return Form().lbl_comstate->text(); }
 
   /// Lets the panel work until the condition holds. @return false when it does not come to hold
   template <typename Condition>
@@ -165,14 +151,12 @@ class EndToEnd : public WindowFixture {
 
   std::unique_ptr<UnitProcess> unit;
   std::unique_ptr<RealPanel> panel;
-  QString& file_name = operator_.file_name;
 
  private:
   /// Who sits before the window.
   class Operator : public QObject {
    public:
     QStringList boxes;
-    QString file_name;
 
    protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -189,10 +173,6 @@ class EndToEnd : public WindowFixture {
         constexpr std::array kIcons = {"plain", "information", "exclamation", "critical"};
         boxes << QString("%1, %2: %3").arg(kIcons.at(box->icon()), box->windowTitle(), box->text());
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
-      } else if (auto* const files = qobject_cast<QFileDialog*>(dialog)) {
-        auto* const name = files->findChild<QLineEdit*>("fileNameEdit");
-        name->setText(file_name);
-        QTest::keyClick(name, Qt::Key_Return);
       }
     }
   };
