@@ -1,7 +1,4 @@
-#include <gmock/gmock.h>
-
-#include <QLabel>
-#include <QProgressBar>
+#include <tuple>
 
 #include "tests/support/panel_fixture.h"
 
@@ -10,8 +7,6 @@ namespace {
 
 using Frames = std::vector<std::string>;
 using std::chrono::milliseconds;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kRefresh = "refresh";
 
@@ -39,11 +34,24 @@ class DirectControlsTest : public PanelFixture {
     Settle();
     return outcome;
   }
+
+  /// A key changes what a control shows, which is sent and recorded; then the unit changes it back.
+  void ExpectSendsAndFollows(const char* name, int address, Qt::Key key, const char* property) {
+    SCOPED_TRACE(name);
+    const auto shown = [&] { return Find<QWidget>(name)->property(property).toInt(); };
+    const int before = shown();
+    Key(name, key);
+    const int value = shown();
+    EXPECT_NE(value, before);
+    EXPECT_EQ(Take(), (Frames{WriteOf(address, value), kRefresh}));
+    EXPECT_EQ(Recorded(address), value);
+    Unasked(WriteOf(address, before));
+    EXPECT_EQ(shown(), before);
+    EXPECT_EQ(Take(), Frames{kRefresh}) << "what the unit tells is not sent back";
+  }
 };
 
-enum PadArrow { kLeft, kUp, kRight, kDown };
-
-TEST_F(DirectControlsTest, ASliderSendsAndRecordsItsValueAsItIs) {
+TEST_F(DirectControlsTest, EachControlSendsRecordsAndFollowsItsParameterAsItIs) {
   constexpr std::pair<const char*, int> kRows[] = {
       {"slide_shrink", 135}, {"slide_shrinkv", 262}, {"slide_softu", 291}, {"slide_softv", 293},
       {"slide_softy", 289},  {"slide_umax", 179},    {"slide_umin", 176},  {"slide_vmax", 180},
@@ -53,58 +61,23 @@ TEST_F(DirectControlsTest, ASliderSendsAndRecordsItsValueAsItIs) {
   for (const auto& [name, address] : kRows) {
     Key(name, Qt::Key_Home);
     Settle();
-    Key(name, Qt::Key_Right);
-    const int value = Form().Slider(name)->Value();
-    EXPECT_EQ(Take(), (Frames{WriteOf(address, value), kRefresh})) << name;
-    EXPECT_EQ(Recorded(address), value) << name;
+    ExpectSendsAndFollows(name, address, Qt::Key_Right, "Value");
   }
-  Key("slide_zoom", Qt::Key_Home);
-  EXPECT_EQ(Take(), (Frames{"F04104100860000643F\r", kRefresh}));
+  ExpectSendsAndFollows("arr_zoompan", 159, Qt::Key_Right, "valueX");
+  ExpectSendsAndFollows("arr_zoompan", 160, Qt::Key_Down, "valueY");
+  ExpectSendsAndFollows("arr_shrinkposn", 218, Qt::Key_Right, "valueX");
+  ExpectSendsAndFollows("arr_shrinkposn", 219, Qt::Key_Down, "valueY");
+  ExpectSendsAndFollows("chk_keyenable", 295, Qt::Key_Space, "checked");
+  ExpectSendsAndFollows("chk_swapforback", 324, Qt::Key_Space, "checked");
+  ExpectSendsAndFollows("chk_shrinkenable", 398, Qt::Key_Space, "checked");
 }
 
 TEST_F(DirectControlsTest, APadSendsOneAxisAStep) {
-  constexpr std::tuple<const char*, int, int> kRows[] = {{"arr_zoompan", 159, 160},
-                                                         {"arr_shrinkposn", 218, 219}};
-  for (const auto& [name, horizontal, vertical] : kRows) {
-    SCOPED_TRACE(name);
-    const auto step = [&, pad = name](int arrow) {
-      const auto part = QStringLiteral("pic_arrow_%1").arg(arrow);
-      QTest::mouseClick(Find<ArrowControl>(pad)->findChild<QWidget*>(part), Qt::LeftButton);
-      return Take();
-    };
-    EXPECT_EQ(step(kRight), (Frames{WriteOf(horizontal, 1), kRefresh}));
-    EXPECT_EQ(step(kDown), (Frames{WriteOf(vertical, 1), kRefresh}));
-    EXPECT_TRUE(Recorded(horizontal) == 1 && Recorded(vertical) == 1);
-
-    Find<ArrowControl>(name)->setValueY(40);
-    EXPECT_EQ(step(kRight), (Frames{WriteOf(horizontal, 2), kRefresh})) << "horizontal wins";
-    EXPECT_EQ(step(kUp), (Frames{WriteOf(vertical, 39), kRefresh}));
-    for (const int value : {1, 0}) {
-      EXPECT_EQ(step(kLeft), (Frames{WriteOf(horizontal, value), kRefresh}));
-    }
-    EXPECT_EQ(step(kLeft), Frames{kRefresh}) << "at its limit with both axes as recorded";
-  }
-  EXPECT_EQ(Find<ArrowControl>("arr_zoompan")->RepeatInterval(), 500);
-}
-
-TEST_F(DirectControlsTest, CheckBoxesSendOneAndNoughtAndEnableTheirSliders) {
-  constexpr std::tuple<const char*, int, const char*> kRows[] = {
-      {"chk_keyenable", 295, ""},
-      {"chk_swapforback", 324, ""},
-      {"chk_shrinkenable", 398, "slide_shrink"},
-      {"chk_zoomenable", 0, "slide_zoom"}};  // the unit has no such parameter
-  for (const auto& [name, address, slider] : kRows) {
-    SCOPED_TRACE(name);
-    for (int press = 0; press < 2; ++press) {
-      press == 0 ? Press(name) : Key(name, Qt::Key_Space);
-      const int checked = Find<QCheckBox>(name)->isChecked() ? 1 : 0;
-      EXPECT_EQ(Take(), (address == 0 ? Frames{} : Frames{WriteOf(address, checked), kRefresh}));
-      EXPECT_EQ(address == 0 ? checked : Recorded(address), checked);
-      if (*slider == '\0') continue;
-      EXPECT_EQ(Form().Slider(slider)->isEnabled(), checked == 1);
-      EXPECT_EQ(Form().Slider((std::string(slider) + "v").c_str())->isEnabled(), checked == 1);
-    }
-  }
+  Form().arr_zoompan->setValueY(40);
+  Key("arr_zoompan", Qt::Key_Right);
+  EXPECT_EQ(Take(), (Frames{WriteOf(159, 1), kRefresh})) << "horizontal wins";
+  Key("arr_zoompan", Qt::Key_Up);
+  EXPECT_EQ(Take(), (Frames{WriteOf(160, 39), kRefresh}));
 }
 
 TEST_F(DirectControlsTest, ListsSendWhatIsChosenAndRecordNothing) {
@@ -112,142 +85,81 @@ TEST_F(DirectControlsTest, ListsSendWhatIsChosenAndRecordNothing) {
   Key("cbo_program", Qt::Key_End);
   EXPECT_EQ(Take(), (Frames{WriteOf(130, 80), WriteOf(278, 80), kRefresh}));
   EXPECT_EQ(Recorded(130), recorded);
-
   Key("cbo_lock", Qt::Key_Down);
   EXPECT_EQ(Take(), (Frames{WriteOf(329, 17), kRefresh}));
-
-  Form().cbo_resolution->setItemData(2, 77);
-  Form().cbo_resolution->setCurrentIndex(1);
   Key("cbo_resolution", Qt::Key_Down);
   // On the line a resolution is one more than its place in the list.
-  EXPECT_EQ(Take(), (Frames{WriteOf(131, 3), kRefresh}));
+  EXPECT_EQ(Take(), (Frames{WriteOf(131, 2), kRefresh}));
 }
 
-TEST_F(DirectControlsTest, LockModesShowTheirSourceUnlessOff) {
-  constexpr std::tuple<const char*, int, bool> kRows[] = {
-      {"opt_lockmix", 2, true}, {"opt_lockoff", 0, false}, {"opt_lockgenlock", 1, true}};
-  for (const auto& [name, value, has_source] : kRows) {
-    Press(name);
-    EXPECT_EQ(Take(), (Frames{WriteOf(266, value), kRefresh})) << name;
-    EXPECT_EQ(Recorded(266), value) << name;
-    EXPECT_EQ(Form().cbo_lock->isVisible(), has_source) << name;
-    EXPECT_EQ(Form().lbl_locksource->isVisible(), has_source) << name;
-  }
-}
-
-TEST_F(DirectControlsTest, FadeTogglesAndDoesNotRefresh) {
-  Press("cmd_fade");
-  EXPECT_EQ(Take(), Frames{WriteOf(403, 1)});
-  Key("cmd_fade", Qt::Key_Space);
-  EXPECT_EQ(Take(), Frames{WriteOf(403, -1)});
-  EXPECT_EQ(Recorded(403), -1);
-}
-
-TEST_F(DirectControlsTest, BlackSetsNineLimitsAndNoSliderSendsOfItsOwn) {
-  constexpr std::tuple<const char*, int, int> kRows[] = {
-      {"slide_ymin", 175, 0},   {"slide_ymax", 178, 32},  {"slide_umin", 176, 120},
-      {"slide_umax", 179, 134}, {"slide_vmin", 177, 120}, {"slide_vmax", 180, 134},
-      {"slide_softy", 289, 0},  {"slide_softu", 291, 0},  {"slide_softv", 293, 0}};
-  Frames expected;
-  for (const auto& [name, address, value] : kRows) {
+TEST_F(DirectControlsTest, ButtonsSendWhatTheyStandFor) {
+  for (const char* name : {"slide_ymin", "slide_ymax", "slide_umin", "slide_umax", "slide_vmin",
+                           "slide_vmax", "slide_softy", "slide_softu", "slide_softv"}) {
     Key(name, Qt::Key_End);
-    expected.push_back(WriteOf(address, value));
   }
-  expected.emplace_back(kRefresh);
   Settle();
-  Press("cmd_black");
-  EXPECT_EQ(Take(), expected);
-  for (const auto& [name, address, value] : kRows) {
-    EXPECT_EQ(Find<cpvSlider>(name)->Value(), value) << name;
-    EXPECT_EQ(Recorded(address), value) << name;
-  }
-}
-
-TEST_F(DirectControlsTest, OverscanSendsAHundredAndRecordsNinety) {
-  constexpr std::pair<const char*, int> kRows[] = {{"cmd_overscan", 100}, {"cmd_underscan", 90}};
-  for (const auto& [name, percent] : kRows) {
+  const std::pair<const char*, Frames> rows[] = {
+      {"opt_lockmix", {WriteOf(266, 2), kRefresh}},
+      {"opt_lockoff", {WriteOf(266, 0), kRefresh}},
+      {"opt_lockgenlock", {WriteOf(266, 1), kRefresh}},
+      {"cmd_fade", {WriteOf(403, 1)}},
+      {"cmd_fade", {WriteOf(403, -1)}},
+      {"cmd_black",
+       {WriteOf(175, 0), WriteOf(178, 32), WriteOf(176, 120), WriteOf(179, 134), WriteOf(177, 120),
+        WriteOf(180, 134), WriteOf(289, 0), WriteOf(291, 0), WriteOf(293, 0), kRefresh}},
+      {"cmd_underscan",
+       {WriteOf(135, 90), WriteOf(398, 1), WriteOf(218, 50), WriteOf(219, 50), kRefresh}},
+      {"cmd_overscan",
+       {WriteOf(135, 100), WriteOf(398, 1), WriteOf(218, 50), WriteOf(219, 50), kRefresh}},
+  };
+  for (const auto& [name, frames] : rows) {
     Press(name);
-    EXPECT_EQ(Take(), (Frames{WriteOf(135, percent), WriteOf(398, 1), WriteOf(218, 50),
-                              WriteOf(219, 50), kRefresh}))
-        << name;
-    EXPECT_EQ(Find<cpvSlider>("slide_shrink")->Value(), percent) << name;
-    EXPECT_EQ(Recorded(135), 90) << name;
-    EXPECT_TRUE(Recorded(218) == 50 && Recorded(219) == 50);
-    EXPECT_EQ(Recorded(398), 0) << "only sent";
+    EXPECT_EQ(Take(), frames) << name;
+    EXPECT_EQ(Form().cbo_lock->isVisible(), Recorded(266) != 0) << name;
   }
+  EXPECT_EQ(Recorded(403), -1);
+  EXPECT_EQ(Form().Slider("slide_umax")->Value(), 134);
+  EXPECT_EQ(Form().Slider("slide_shrink")->Value(), 100);
+  EXPECT_EQ(Recorded(135), 90) << "whichever was pressed";
+  EXPECT_EQ(Recorded(398), 0) << "only sent";
 }
 
-TEST_F(DirectControlsTest, StoreAndResetAskFirst) {
-  const std::tuple<const char*, int, const char*, const char*> rows[] = {
-      {"cmd_function_strore", 200, "Store", "Store settings in units non volatile memory"},
-      {"mnu_function_reset", 241, "Reset",
-       "Reset the unit to default condition - clears non-volatile memory"}};
-  for (const auto& [item, address, title, prompt] : rows) {
+TEST_F(DirectControlsTest, MenusAskFirst) {
+  for (const auto& [item, address] :
+       {std::pair{"cmd_function_strore", 200}, {"mnu_function_reset", 241}}) {
     for (const bool ok : {true, false}) {
       boxes.answer = ok;
       Choose(item);
       EXPECT_EQ(Take(), (ok ? Frames{WriteOf(address, 1)} : Frames{})) << item;
-      EXPECT_THAT(std::exchange(boxes.confirmations, {}),
-                  ElementsAre(FakeBoxes::Box{prompt, BoxIcon::kNone, title}));
     }
   }
+  EXPECT_EQ(boxes.confirmations.front().prompt, "Store settings in units non volatile memory");
+  EXPECT_EQ(boxes.confirmations.back().prompt,
+            "Reset the unit to default condition - clears non-volatile memory");
+  Choose("mnu_file_load");
+  EXPECT_TRUE(dialogs.opened.size() == 1 && dialogs.saved.empty());
+  Choose("mnu_file_save");
+  EXPECT_TRUE(dialogs.opened.size() == 1 && dialogs.saved.size() == 1);
 }
 
-/// Autoset against a unit in good or bad order. What the progress window shows is noted at every
-/// sleep, for nothing else is drawn then.
-class AutosetTest : public PanelFixture {
- protected:
-  void SetUp() override {
-    OpenSettled(32);
+TEST_F(PanelFixture, AutosetWaitsForTheUnitAndReadsItsAdjustments) {
+  for (const auto& [busy_reads, polls, sleeps] : {std::tuple{3, 4, 5}, {1000, 21, 23}}) {
+    panel.reset();
+    ConnectUnit({.product_type = 32, .autoset_reads = busy_reads});
+    Start();
+    Press("Cmd_openclose");
+    (void)Written();
     clock.sleeps.clear();
-    clock.on_sleep = [this] {
-      const auto* const bar = panel->Progress().findChild<QProgressBar*>("ProgressBar");
-      seen += panel->Progress().isVisible() ? "" : "hidden ";
-      seen += panel->Progress().findChild<QLabel*>("lbl_progress")->text().left(1).toStdString();
-      seen += std::to_string(bar->value()) + "/" + std::to_string(bar->maximum()) + " ";
-    };
-  }
-
-  /// Runs autoset. @return how many requests came, and of them the reads of each parameter
-  [[nodiscard]] std::string Run() {
     Press("cmd_autoset");
-    EXPECT_FALSE(panel->Progress().isVisible());
-    EXPECT_THAT(boxes.shown, IsEmpty());
-    const Frames frames = Written();
-    EXPECT_EQ(frames.at(0), WriteOf(254, 1));
-    std::string brief = std::to_string(frames.size() - 1) + ":";
-    for (const int address : {254, 182, 183, 222, 223, 145}) {
-      brief += " " + std::to_string(std::ranges::count(frames, ReadOf(address)));
-    }
-    return brief;
+    Frames expected(static_cast<std::size_t>(1 + polls), ReadOf(254));
+    expected[0] = WriteOf(254, 1);
+    for (const int address : {182, 183, 222, 223, 145}) expected.push_back(ReadOf(address));
+    EXPECT_EQ(Written(), expected);
+    std::vector<milliseconds> waits(static_cast<std::size_t>(sleeps), milliseconds(1000));
+    waits.back() = milliseconds(2000);
+    EXPECT_EQ(clock.sleeps, waits);
+    EXPECT_EQ(Recorded(145), unit->Value(145, 16));
   }
-
-  std::string seen;
-};
-
-TEST_F(AutosetTest, ReadsTheAdjustmentsOfAUnitThatFinishes) {
-  constexpr milliseconds kSecond(1000);
-  EXPECT_EQ(Run(), "9: 4 1 1 1 1 1");
-  EXPECT_EQ(seen, "W0/21 W0/21 W0/21 W1/21 A2/21 ");
-  EXPECT_THAT(clock.sleeps, ElementsAre(kSecond, kSecond, kSecond, kSecond, 2 * kSecond));
-  EXPECT_EQ(Recorded(145), unit->Value(145, 16));
-  EXPECT_NE(unit->Value(145, 16), 0);
-}
-
-TEST_F(AutosetTest, GivesUpAfterTwentyOneRounds) {
-  ConnectUnit({.product_type = 32, .autoset_reads = 1000});
-  EXPECT_EQ(Run(), "26: 21 1 1 1 1 1");
-  EXPECT_EQ(clock.sleeps.size(), 23U);
-  EXPECT_TRUE(seen.ends_with("W18/21 W19/21 A20/21 ")) << seen;
-
-  ASSERT_FALSE(unit->Faults().Add("refuse=254"));
-  EXPECT_EQ(Run(), "26: 21 1 1 1 1 1") << "a unit that refuses to tell is not finished";
-}
-
-TEST_F(AutosetTest, ADeadUnitCountsAsFinished) {
-  ASSERT_FALSE(unit->Faults().Add("ignore=254"));
-  EXPECT_EQ(Run(), "10: 3 1 1 1 1 1");
-  EXPECT_EQ(seen, "W0/21 A0/21 ");
 }
 
 }  // namespace
