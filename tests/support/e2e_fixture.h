@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QDir>
 #include <QEventLoop>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTest>
@@ -105,7 +106,8 @@ struct RealPanel {
   PanelApplication application{{port, ports, clock, settings, boxes, dialogs, [this] { ++ends; }}};
 };
 
-/// The real window against the real unit. Message boxes are noted and answered with OK.
+/// The real window against the real unit. Message boxes are noted and answered with OK, file
+/// dialogs with `file_name`, as an operator answers them.
 class EndToEnd : public WindowFixture {
  public:
   EndToEnd() { qApp->installEventFilter(&operator_); }
@@ -151,12 +153,14 @@ class EndToEnd : public WindowFixture {
 
   std::unique_ptr<UnitProcess> unit;
   std::unique_ptr<RealPanel> panel;
+  QString& file_name = operator_.file_name;
 
  private:
   /// Who sits before the window.
   class Operator : public QObject {
    public:
     QStringList boxes;
+    QString file_name;
 
    protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -173,6 +177,10 @@ class EndToEnd : public WindowFixture {
         constexpr std::array kIcons = {"plain", "information", "exclamation", "critical"};
         boxes << QString("%1, %2: %3").arg(kIcons.at(box->icon()), box->windowTitle(), box->text());
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+      } else if (auto* const files = qobject_cast<QFileDialog*>(dialog)) {
+        auto* const name = files->findChild<QLineEdit*>("fileNameEdit");
+        name->setText(file_name);
+        QTest::keyClick(name, Qt::Key_Return);
       }
     }
   };

@@ -62,17 +62,6 @@ const Operation kOperations[] = {
        {"unasked=200", Act::kOtherControl},
        {"hang-up-before=1", {}, kLost},
     }},
-    {"edit", [](EndToEnd& t) { t.SelectLine("Back Y"); t.Press("cmd_commandplus"); },
-       false, {
-       {"silent-for=1", Act::kClosePort},
-       {"late=600"},
-       {"split=600", Act::kOtherControl},
-       {"split=1200"},
-       {"noise-before"},
-       {"error-reply"},
-       {"unasked=200"},
-       {"hang-up-during=1", {}, kLost},
-    }},
     {"cloneread", [](EndToEnd& t) { t.Choose("mnu_clone_read"); }, false, {
        {"silent-for=1"},
        {"late=600", Act::kOtherControl},

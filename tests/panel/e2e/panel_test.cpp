@@ -1,6 +1,9 @@
 // How the program starts and ends, what an idle panel costs, and that what one side changes reaches
 // the other.
 
+#include <QDir>
+#include <QSettings>
+
 #include "tests/adapters/test_line.h"
 #include "tests/support/e2e_fixture.h"
 
@@ -9,26 +12,45 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
-  // Also where no settings can be stored, for a file stands in place of their folder.
+/// A folder in which no settings can be stored: a file stands where it would be.
+QString NoFolder() {
   QFile file(QDir::current().filePath("no_folder"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  for (const QString& settings : {QDir::currentPath(), file.fileName()}) {
-    QProcess program;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("XDG_CONFIG_HOME", settings);
-    program.setProcessEnvironment(environment);
-    program.setProcessChannelMode(QProcess::MergedChannels);
-    program.start(KALDE2_PANEL, QStringList());
-    ASSERT_TRUE(program.waitForStarted());
-    EXPECT_FALSE(program.waitForFinished(1000)) << "it should run until it is ended";
-    program.terminate();
-    EXPECT_TRUE(program.waitForFinished(2000));
-    // What the headless display itself has to say.
-    QByteArray output = program.readAll();
-    output.replace("This plugin does not support propagateSizeHints()\n", "");
-    EXPECT_EQ(output.toStdString(), "");
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  return file.fileName();
+}
+
+TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
+  QProcess program;
+  auto environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("XDG_CONFIG_HOME", NoFolder());
+  program.setProcessEnvironment(environment);
+  program.setProcessChannelMode(QProcess::MergedChannels);
+  program.start(KALDE2_PANEL, QStringList());
+  ASSERT_TRUE(program.waitForStarted());
+  EXPECT_FALSE(program.waitForFinished(1000)) << "it should run until it is ended";
+  program.terminate();
+  EXPECT_TRUE(program.waitForFinished(2000));
+  // What the headless display itself has to say.
+  QByteArray output = program.readAll();
+  output.replace("This plugin does not support propagateSizeHints()\n", "");
+  EXPECT_EQ(output.toStdString(), "");
+}
+
+TEST_F(EndToEnd, RemembersThePortWhereItCanAndClosesInSilence) {
+  const auto store_in = [](const QString& folder) {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
+  };
+  for (const auto& [folder, number] : {std::pair{NoFolder(), "1"}, {QString("settings"), "7"}}) {
+    store_in(QDir::current().absoluteFilePath(folder));
+    StartPanel();
+    Form().txt_port->setText("7");
+    Window().close();
+    EXPECT_EQ(panel->ends, 1);
+    EXPECT_TRUE(Boxes().isEmpty());
+    StartPanel();
+    EXPECT_EQ(Form().txt_port->text().toStdString(), number);
   }
+  store_in(QDir::currentPath());
 }
 
 TEST_F(EndToEnd, TakesNoCpuClosedOpenOrWaitingForASilentUnit) {
@@ -63,13 +85,6 @@ TEST_F(EndToEnd, WhatOneSideChangesReachesTheOther) {
   SelectLine("Back Y");
   QTest::keyClicks(Form().txt_commandval, "\b\b77\r");
   EXPECT_EQ(unit->Value(315), 77);
-  cpvSlider& zoom = *Form().Slider("slide_zoom");
-  const int y = zoom.height() / 2;
-  QTest::mousePress(&zoom, Qt::LeftButton, {}, {8, y});
-  for (int x = 8; x < zoom.width() / 2; x += 4) QTest::mouseMove(&zoom, {x, y});
-  QTest::mouseRelease(&zoom, Qt::LeftButton, {}, {zoom.width() / 2, y});
-  EXPECT_GT(zoom.Value(), 100);
-  EXPECT_EQ(unit->Value(134), zoom.Value());
   EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
 
   unit->Command("set 266 2\nset 178 200\nset 159 30");
@@ -80,6 +95,22 @@ TEST_F(EndToEnd, WhatOneSideChangesReachesTheOther) {
            !lines.isEmpty() && lines.front()->text() == "Lock mode : Lock+Mix";
   }));
   EXPECT_TRUE(unit->Requests().isEmpty());
+}
+
+TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
+  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+  unit->Command("set 315 77");
+  Choose("mnu_clone_read");
+  file_name = QDir::current().filePath("first");
+  Choose("mnu_file_save");
+  unit->Command("set 315 20");
+  file_name += ".txt";
+  Choose("mnu_file_load");
+  EXPECT_EQ(Boxes(), QStringList({"plain, KALDE2 Control Panel: Settings saved to file",
+                                  "plain, KALDE2 Control Panel: Loaded values from file"}));
+  Choose("menu_clone_write");
+  EXPECT_EQ(unit->Value(315), 77);
+  EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
 }
 
 }  // namespace
