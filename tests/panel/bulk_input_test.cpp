@@ -11,7 +11,7 @@ using std::chrono::milliseconds;
 /// An operation that keeps the unit to itself.
 struct Operation {
   const char* starter;       ///< the button or menu item
-  milliseconds well_inside;  ///< a moment in one of its waits for a reply
+  milliseconds well_inside;  ///< a moment in one of its waits
   const char* name;
 };
 

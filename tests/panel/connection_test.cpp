@@ -118,7 +118,7 @@ TEST_F(Connection, OffersWhatEachModelHas) {
     // Shrink starts switched off after each connect, without a word to the unit.
     EXPECT_FALSE(Form().chk_shrinkenable->isChecked());
     EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
-    for (const std::string& request : Sent()) EXPECT_NE(request.substr(0, 6), "10 18E");
+    for (const std::string& frame : Written()) EXPECT_NE(frame.substr(0, 11), "F041041018E");
     Form().chk_shrinkenable->click();
     Press("Cmd_openclose");
     (void)Written();
@@ -133,8 +133,8 @@ TEST_F(Connection, AsksForTheTypeAndTheSourcesAndSendsTheFirstOfEachList) {
   };
   const Texts all = {"RGB 2=17", "CV 3=50", "SDI 1=80"};
   const Case cases[] = {
-      {35, {17, 50, 80}, all, all, {"10 149 000011", "10 082 000011", "10 116 000011"}},
-      {22, {16}, {}, {"RGB1=16"}, {"10 082 000010", "10 116 000010"}},
+      {35, {17, 50, 80}, all, all, {WriteOf(329, 17), WriteOf(130, 17), WriteOf(278, 17)}},
+      {22, {16}, {}, {"RGB1=16"}, {WriteOf(130, 16), WriteOf(278, 16)}},
       // The sixteen items of a list cannot hold them all, so the input lists get none.
       {35, {16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 48}, {}, {}, {}},
   };
@@ -146,11 +146,11 @@ TEST_F(Connection, AsksForTheTypeAndTheSourcesAndSendsTheFirstOfEachList) {
     EXPECT_EQ(Items(*Form().cbo_lock), row.lock);
     EXPECT_EQ(Items(*Form().cbo_program), row.program);
     EXPECT_EQ(Form().cbo_program->currentIndex(), row.program.empty() ? -1 : 0);
-    EXPECT_EQ(port.written.at(0), "F84104100C499\r");
-    const Texts sent = Sent();
+    const Texts sent = Written();
     ASSERT_EQ(sent.size(), 1 + kConnectivityReads + row.sent.size());
-    EXPECT_EQ(sent[1], "10 194");
-    EXPECT_EQ(sent[kConnectivityReads], "5A 195");
+    EXPECT_EQ(sent[0], "F84104100C499\r");
+    EXPECT_EQ(sent[1], ReadOf(404));
+    EXPECT_EQ(sent[kConnectivityReads], "F845A410195B5\r");
     EXPECT_EQ(Texts(sent.begin() + 1 + kConnectivityReads, sent.end()), row.sent);
     EXPECT_TRUE(Tick("tmr_updatelstCommands"));
     EXPECT_TRUE(boxes.shown.empty());

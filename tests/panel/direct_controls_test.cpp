@@ -124,7 +124,7 @@ TEST_F(DirectControlsTest, ButtonsSendWhatTheyStandFor) {
   EXPECT_EQ(Recorded(398), 0) << "only sent";
 }
 
-TEST_F(DirectControlsTest, MenusAskFirst) {
+TEST_F(DirectControlsTest, StoreAndResetAskFirst) {
   for (const auto& [item, address] :
        {std::pair{"cmd_function_strore", 200}, {"mnu_function_reset", 241}}) {
     for (const bool ok : {true, false}) {
@@ -136,10 +136,6 @@ TEST_F(DirectControlsTest, MenusAskFirst) {
   EXPECT_EQ(boxes.confirmations.front().prompt, "Store settings in units non volatile memory");
   EXPECT_EQ(boxes.confirmations.back().prompt,
             "Reset the unit to default condition - clears non-volatile memory");
-  Choose("mnu_file_load");
-  EXPECT_TRUE(dialogs.opened.size() == 1 && dialogs.saved.empty());
-  Choose("mnu_file_save");
-  EXPECT_TRUE(dialogs.opened.size() == 1 && dialogs.saved.size() == 1);
 }
 
 TEST_F(PanelFixture, AutosetWaitsForTheUnitAndReadsItsAdjustments) {

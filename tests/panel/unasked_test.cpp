@@ -15,7 +15,6 @@ class UnaskedFrames : public PanelFixture {
     return unit->ChangeAtFrontPanel(address, 16, value);
   }
 
-  [[nodiscard]] bool RefreshAsked() { return Form().tmr_updatelstCommands->isActive(); }
   [[nodiscard]] bool Cutting() { return Form().TmrProcessMessage->isActive(); }
 };
 
@@ -32,14 +31,12 @@ TEST_F(UnaskedFrames, MoveControlsAsFarAsTheyGoAndSendNothing) {
       {130, 48, "cbo_program", 2, "currentIndex"},
       {130, 99, "cbo_program", 0, "currentIndex"},  // no such source
       {329, 80, "cbo_lock", 4, "currentIndex"},
-      {131, 7, "cbo_resolution", 7, "currentIndex"},
       {324, 2, "chk_swapforback", 1, "checked"},
       {398, 0, "chk_shrinkenable", 0, "checked"},
       {259, 200, "slide_zoom", 200},
       {134, 300, "slide_zoom", 300},
       {260, 50, "slide_shrink", 50},
       {135, 1000, "slide_shrink", 100},
-      {262, 5, "slide_shrinkv", 10},
       {293, 300, "slide_softv", 255},
   };
   for (const Case& row : cases) {
@@ -53,10 +50,6 @@ TEST_F(UnaskedFrames, MoveControlsAsFarAsTheyGoAndSendNothing) {
   // The overall scales stand in for the horizontal ones, in the store as well.
   EXPECT_EQ(panel->Unit().values.ParamValue(129), 300);
   EXPECT_EQ(panel->Unit().values.ParamValue(130), 1000);
-  // What the test button feeds in: mix and shrink enable.
-  Form().cmd_test->click();
-  EXPECT_TRUE(Form().opt_lock[2]->isChecked());
-  EXPECT_TRUE(Form().Slider("slide_shrink")->isEnabled());
   EXPECT_TRUE(Written().empty());
 }
 
@@ -74,18 +67,6 @@ TEST_F(UnaskedFrames, LockModeAndAspectChangeTheForm) {
     EXPECT_EQ(Form().Slider("slide_shrinkv")->isHidden(), advanced == 0);
     EXPECT_EQ(Form().Slider("slide_zoomv")->isHidden(), advanced == 0);
   }
-}
-
-TEST_F(UnaskedFrames, ValueThatAListDoesNotHaveAsksForNoRefresh) {
-  OpenSettled(22);  // offers no lock source
-  for (const auto& [address, value] : {std::pair{329, 16}, {131, 106}, {131, -2}}) {
-    Unasked(Changed(address, value));
-    EXPECT_FALSE(RefreshAsked()) << address << " " << value;
-    EXPECT_EQ(Recorded(address), value);
-  }
-  Unasked(Changed(131, -1));
-  EXPECT_TRUE(RefreshAsked());
-  EXPECT_EQ(Form().cbo_resolution->currentIndex(), -1);
 }
 
 TEST_F(UnaskedFrames, AreCutFromPiecesOneATick) {
@@ -108,21 +89,6 @@ TEST_F(UnaskedFrames, AreCutFromPiecesOneATick) {
   Tick("TmrProcessMessage");
   EXPECT_EQ(Form().Slider("slide_ymin")->Value(), 9);
   EXPECT_FALSE(Cutting());
-}
-
-TEST_F(UnaskedFrames, AreLeftInThePortWhileATransactionOwnsIt) {
-  OpenSettled();
-  ASSERT_EQ(unit->Faults().Add("silent"), std::nullopt);
-  Form().chk_keyenable->click();
-  Arrive(Changed(159, 40));
-  EXPECT_FALSE(Cutting());
-  unit->Faults().Clear();
-  Form().chk_keyenable->click();
-  Arrive(Changed(160, 41));
-  Tick("TmrProcessMessage");
-  EXPECT_EQ(Form().arr_zoompan->valueX(), 0);  // thrown away by the transaction
-  EXPECT_EQ(Form().arr_zoompan->valueY(), 41);
-  EXPECT_FALSE(Form().chk_keyenable->isChecked());
 }
 
 }  // namespace

@@ -34,7 +34,6 @@ class FakePort : public SerialPort {
  public:
   std::function<std::string(std::string_view frame)> on_write;  ///< none: the unit is silent
   bool open = true;
-  std::optional<std::string> open_error;
   std::vector<std::string> written;
   std::vector<PortSetup> setups;
   std::vector<Handshaking> handshaking;
@@ -44,8 +43,8 @@ class FakePort : public SerialPort {
   [[nodiscard]] bool PortOpen() const override { return open; }
   [[nodiscard]] std::optional<std::string> Open(const PortSetup& setup) override {
     setups.push_back(setup);
-    open = !open_error.has_value();
-    return open_error;
+    open = true;
+    return std::nullopt;
   }
   void Close() override {
     open = false;
@@ -131,7 +130,6 @@ class FakeProgress : public ProgressView {
  public:
   std::vector<std::string> log;
   bool shown = false;
-  std::function<void(int)> on_value;  ///< what the operator does when the bar gets there
 
   void Show() override {
     shown = true;
@@ -145,10 +143,7 @@ class FakeProgress : public ProgressView {
   void SetRange(int minimum, int maximum) override {
     log.push_back("range " + std::to_string(minimum) + " " + std::to_string(maximum));
   }
-  void SetValue(int value) override {
-    log.push_back("value " + std::to_string(value));
-    if (on_value) on_value(value);
-  }
+  void SetValue(int value) override { log.push_back("value " + std::to_string(value)); }
   void PaintNow() override {}
 };
 

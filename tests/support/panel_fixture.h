@@ -8,7 +8,6 @@
 #include <QTimerEvent>
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -147,18 +146,6 @@ class PanelFixture : public WindowFixture {
 
   /// The frames written since the last call.
   [[nodiscard]] std::vector<std::string> Written() { return std::exchange(port.written, {}); }
-
-  /// The same in brief: source, address and, of a write, value in hex: "10 18E 000001".
-  [[nodiscard]] std::vector<std::string> Sent() {
-    std::vector<std::string> brief;
-    for (const std::string& frame : Written()) {
-      constexpr std::size_t kWriteLength = 20;
-      const std::string fields = frame.substr(3, 2) + " " + frame.substr(8, 3);
-      const bool is_write = frame.substr(1, 2) == "04" && frame.size() == kWriteLength;
-      brief.push_back(is_write ? fields + " " + frame.substr(11, 6) : fields);
-    }
-    return brief;
-  }
 
   QtFakeClock clock;
   FakePort port;
