@@ -37,6 +37,59 @@ class Editor : public PanelFixture {
   }
 };
 
+TEST_F(Editor, ListsTheParametersOfTheUnit) {
+  StartAndOpen(35);
+  EXPECT_EQ(List().currentRow(), -1);
+  EXPECT_EQ(Line(131), "Resolution[1,1024] : NTSC / 60Hz");
+  EXPECT_EQ(LineOf(259), -1);
+  Unasked(unit->ChangeAtFrontPanel(159, 16, 50));
+  Unasked(unit->ChangeAtFrontPanel(258, 16, 1));
+  EXPECT_EQ(Line(159), "Zoom Pan H[0,100] : 0");
+  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
+  EXPECT_EQ(Line(159), "Zoom Pan H[0,100] : 50");
+  EXPECT_EQ(Line(259).substr(0, 18), "H Zoom[100,1000] :");
+
+  Press("Cmd_openclose");
+  ConnectUnit({.product_type = 60});
+  Press("Cmd_openclose");
+  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
+  EXPECT_EQ(List().count(), 0) << "a product without parameters";
+}
+
+TEST_F(Editor, SelectionPreparesTheEditor) {
+  OpenSettled();
+  for (const auto& [address, value] : {std::pair{222, -7}, {266, 2}, {130, 48}, {131, 4}}) {
+    ChangeAtUnit(address, value);
+  }
+  const std::tuple<int, const char*, int> cases[] = {
+      // no entries: a number
+      {222, "-7", 0},   {266, "Lock+Mix", 3}, {131, "640 x 400 85Hz", 106},
+      {130, "CV 1", 5}, {384, "None", 16},    {159, "0", 0}};
+  for (const auto& [address, value, entries] : cases) {
+    SCOPED_TRACE(address);
+    Select(address);
+    EXPECT_EQ(Choices().isVisible(), entries > 0);
+    EXPECT_EQ(Form().cmd_commandplus->isVisible(), entries == 0);
+    EXPECT_EQ(entries > 0 ? Choices().currentText() : Value().text(), value);
+    EXPECT_EQ(entries > 0 ? Choices().count() : 0, entries);
+    EXPECT_EQ(panel->Editor().CurrentCommand(), address - kFirstAddress);
+  }
+  QTest::keyClick(&List(), Qt::Key_Up);  // the keyboard selects as the mouse does
+  EXPECT_NE(panel->Editor().CurrentCommand(), 159 - kFirstAddress);
+  EXPECT_TRUE(Written().empty());
+}
+
+TEST_F(Editor, PerSourceParametersNameTheSetupSource) {
+  OpenSettled();
+  for (const auto& [source, address, sent] :
+       {std::tuple{16, 182, "F04104100B6"}, {48, 185, "F04304100B9"}, {80, 159, "F041041009F"}}) {
+    ChangeAtUnit(278, source);
+    Select(address);
+    Choices().isVisible() ? QTest::keyClick(&Choices(), Qt::Key_Down) : Press("cmd_commandplus");
+    EXPECT_EQ(Written().at(0).substr(0, 11), sent);
+  }
+}
+
 TEST_F(Editor, EachWayOfChangingSendsAndStores) {
   OpenSettled();
   struct Case {

@@ -94,6 +94,13 @@ TEST_F(Connection, RefusesToOpenAndSaysWhy) {
     ExpectClosed();
     EXPECT_EQ(Written().size(), requests);
   }
+  // What no port has reaches the port as it was asked for.
+  panel.reset();
+  settings.values = {{{kSection, kBaud}, ""}, {{kSection, kPort}, "x"}};
+  Start();
+  Press("Cmd_openclose");
+  EXPECT_EQ(port.setups.back().settings, "0,N,8,1");
+  EXPECT_EQ(port.setups.back().comm_port, 0);
 }
 
 TEST_F(Connection, OffersWhatEachModelHas) {

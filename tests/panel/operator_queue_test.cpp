@@ -71,6 +71,18 @@ TEST_F(OperatorQueueTest, SendsTheNewestOfEachInOrderOfFirstChange) {
   EXPECT_EQ(boxes.confirmations.size(), 1U);
 }
 
+TEST_F(OperatorQueueTest, ButtonsOfOneSettingEndOnTheOnePressedLast) {
+  During(0, [this] {
+    for (const char* mode : {"opt_lockoff", "opt_lockmix", "opt_lockoff"}) Press(mode);
+    for (const char* button : {"cmd_overscan", "cmd_underscan", "cmd_overscan"}) Press(button);
+  });
+  Press("opt_lockgenlock");
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(266, 1), WriteOf(266, 0), WriteOf(135, 100),
+                                     WriteOf(398, 1), WriteOf(218, 50), WriteOf(219, 50)));
+  EXPECT_TRUE(Form().opt_lock[0]->isChecked());
+  EXPECT_FALSE(Form().cbo_lock->isVisible());
+}
+
 TEST_F(OperatorQueueTest, RelativeStepsCountFromTheNewestWish) {
   SelectLine("Zoom Pan H");
   const auto plus = [this] { Press("cmd_commandplus"); };

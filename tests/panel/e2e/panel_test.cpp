@@ -19,6 +19,39 @@ QString NoFolder() {
   return file.fileName();
 }
 
+QByteArray FileText(const QString& name) {
+  QFile file(name);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+  return file.readAll();
+}
+
+/// A resolution data file of slots whose words are made of the bytes 0x11 and 0x13 alone.
+QByteArray ResolutionFile(int count) {
+  const auto padded = [](const QByteArray& text, int width = 8) {
+    return text.leftJustified(width, ' ', true);
+  };
+  QByteArray text =
+      "Resolution Data File (c) Orvane Ltd\r\n"
+      "                        1\r\n"
+      "2008 - 8 - 1\r\n"
+      "\r\n"
+      "Name                      Flags   HWidth  VHeight HFreq   Vfreq   HTotal  VTotal  HSync   "
+      "VSync   HPos    VPos    Misc\r\n"
+      "\r\n";
+  text += padded("", 34) + padded("0").repeated(10) + padded("") + "\r\n";
+  constexpr std::array kWords = {0x1111, 0x1113, 0x1311, 0x1313};
+  constexpr int kVerticalFrequency = 3;
+  for (int slot = 0; slot < count; ++slot) {
+    text += padded("Slot " + QByteArray::number(slot), 26) + padded("RYCIU");
+    for (int column = 0; column < 10; ++column) {
+      const int word = kWords.at(static_cast<std::size_t>(slot + column) % kWords.size());
+      text += padded(QByteArray::number(column == kVerticalFrequency ? 0 : word));
+    }
+    text += padded("NP") + "\r\n";
+  }
+  return text;
+}
+
 TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
   QProcess program;
   auto environment = QProcessEnvironment::systemEnvironment();
@@ -111,6 +144,28 @@ TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
   Choose("menu_clone_write");
   EXPECT_EQ(unit->Value(315), 77);
   EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
+}
+
+TEST_F(EndToEnd, AFetchBringsEverySlotWholeIntoTheFile) {
+  constexpr int kSlots = 255;
+  QFile table("table.txt");
+  ASSERT_TRUE(table.open(QIODevice::WriteOnly));
+  table.write(ResolutionFile(kSlots));
+  table.close();
+  ASSERT_NO_FATAL_FAILURE(StartAndOpen({"--resolutions", QFileInfo(table).absoluteFilePath()}));
+  Choose("mnu_function_refreshRes");
+  EXPECT_EQ(FileText("resdata.txt"), ResolutionFile(kSlots));
+  EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
+
+  StartPanel();
+  QFile::remove("resdata.txt");
+  const QComboBox& list = *Form().cbo_resolution;
+  ASSERT_EQ(list.count(), kSlots + 1);
+  EXPECT_EQ(list.itemText(0), QString(26, ' '));
+  for (int i = 1; i < list.count(); ++i) {
+    EXPECT_EQ(list.itemText(i).trimmed(), QString("Slot %1").arg(i - 1));
+    EXPECT_EQ(list.itemData(i), i + 1);
+  }
 }
 
 }  // namespace
