@@ -16,7 +16,7 @@ class CountingPort final : public SerialPort, private PortListener {
   CountingPort(const CountingPort&) = delete;
   CountingPort& operator=(const CountingPort&) = delete;
 
-  /// What went over the line since the last call.
+  /// What went over the line since the last call, up to the first pause of a second.
   struct Traffic {
     using Clock = std::chrono::steady_clock;
 
@@ -24,7 +24,10 @@ class CountingPort final : public SerialPort, private PortListener {
     Clock::time_point first;     ///< when the first was sent
     Clock::time_point last;      ///< when the last was received
   };
-  [[nodiscard]] Traffic TakeTraffic() { return std::exchange(traffic_, {}); }
+  [[nodiscard]] Traffic TakeTraffic() {
+    has_paused_ = false;
+    return std::exchange(traffic_, {});
+  }
 
   [[nodiscard]] bool PortOpen() const override { return port_.PortOpen(); }
   [[nodiscard]] std::optional<std::string> Open(const PortSetup& setup) override {
@@ -32,14 +35,15 @@ class CountingPort final : public SerialPort, private PortListener {
   }
   void Close() override { port_.Close(); }
   void Output(std::string_view text) override {
-    if (traffic_.characters == 0) traffic_.first = Traffic::Clock::now();
-    traffic_.characters += text.size();
+    NoteSent(text.size());
     port_.Output(text);
   }
   [[nodiscard]] std::string Input() override {
     std::string text = port_.Input();
-    traffic_.characters += text.size();
-    if (!text.empty()) traffic_.last = Traffic::Clock::now();
+    if (!text.empty() && !has_paused_) {
+      traffic_.characters += text.size();
+      traffic_.last = Traffic::Clock::now();
+    }
     return text;
   }
   void SetHandshaking(Handshaking handshaking) override { port_.SetHandshaking(handshaking); }
@@ -52,8 +56,17 @@ class CountingPort final : public SerialPort, private PortListener {
     if (Listener() != nullptr) Listener()->PortLost(reason);
   }
 
+  void NoteSent(std::size_t characters) {
+    constexpr std::chrono::seconds kPause(1);
+    const auto now = Traffic::Clock::now();
+    if (traffic_.characters == 0) traffic_.first = traffic_.last = now;
+    has_paused_ = has_paused_ || now - traffic_.last > kPause;
+    if (!has_paused_) traffic_.characters += characters;
+  }
+
   SerialPort& port_;
   Traffic traffic_;
+  bool has_paused_ = false;
 };
 
 }  // namespace kalde2::bench

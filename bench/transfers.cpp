@@ -49,9 +49,9 @@ void MeasureTransfers(int baud, int least) {
   for (int i = 0; i < kOpenings; ++i) {
     if (panel.Port().PortOpen()) panel.Close();
     panel.Open(baud);
-    // From the first character to the last: what else an opening does is not the line's matter.
+    // From the first character to the last before the finished bar stays in view.
     const auto [characters, first, last] = panel.Port().TakeTraffic();
-    openings.push_back(WireShare(characters, baud, last - first - kShowResult));
+    openings.push_back(WireShare(characters, baud, last - first));
   }
   PrintAtLeast("detection and connectivity" + rate, Median(openings), "%", bound);
   const auto measure = [&](const std::string& what, Clock::duration aside, QAction& transfer) {

@@ -17,6 +17,12 @@ using std::chrono::milliseconds;
 /// A desktop puts a window up within a few frames; one that does not must not hold up the transfer.
 constexpr milliseconds kExposeLimit{250};
 
+/// No screen shows more pictures than one in this time, and each takes a millisecond to paint.
+constexpr milliseconds kFrame{16};
+
+/// What is set last and followed by nothing is painted after this.
+constexpr milliseconds kAtLatest{50};
+
 }  // namespace
 
 void StillProgressBar::initStyleOption(QStyleOptionProgressBar* option) const {
@@ -97,14 +103,24 @@ void frm_Progress::SetValue(int value) {
 }
 
 void frm_Progress::UpdateLater() {
-  if (!update_->isActive()) update_->start();
+  // Right behind the request that follows: its reply is not there yet, so nothing waits for the
+  // painting.
+  if (clock_.Monotonic() >= last_update_ + kFrame) {
+    update_->start(milliseconds::zero());
+  } else if (!update_->isActive()) {
+    update_->start(kAtLatest);
+  }
 }
 
 void frm_Progress::Update() {
   update_->stop();
+  last_update_ = clock_.Monotonic();
   lbl_progress->setText(QString::fromLatin1(caption_.c_str()));
+  // A bar that may not paint itself at once is painted together with the label.
+  ProgressBar->setUpdatesEnabled(false);
   ProgressBar->setRange(minimum_, maximum_);
   ProgressBar->setValue(value_);
+  ProgressBar->setUpdatesEnabled(true);
 }
 
 }  // namespace kalde2

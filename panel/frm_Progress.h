@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QProgressBar>
+#include <chrono>
 #include <string>
 
 #include "link/clock.h"
@@ -58,6 +59,7 @@ class frm_Progress : public QDialog, public ProgressView {
   int minimum_ = 0;
   int maximum_ = 100;
   int value_ = 0;
+  std::chrono::milliseconds last_update_{0};
 };
 
 }  // namespace kalde2
