@@ -168,8 +168,7 @@ bool frm_vornik::eventFilter(QObject* watched, QEvent* event) {
   if (watched != form_.txt_port || event->type() != QEvent::KeyPress) return false;
   const auto* const key = static_cast<QKeyEvent*>(event);
   const bool moves_on = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
-  const bool types = !key->text().isEmpty() && key->key() != Qt::Key_Delete && !moves_on &&
-                     !key->modifiers().testFlag(Qt::AltModifier);
+  const bool types = !key->text().isEmpty() && key->key() != Qt::Key_Delete && !moves_on;
   if (!types) return false;
   const int typed = key->text().front().unicode();
   int accepted = typed;

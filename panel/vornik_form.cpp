@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -532,10 +533,11 @@ void VornikForm::SetPanelEnabled(bool enabled) {
   for (QWidget* const control : reply_controls_) {
     if (control->parentWidget() == fra_control) control->setEnabled(enabled);
   }
-  if (enabled) {
-    chk_shrinkenable->setChecked(false);
-    Slider("slide_shrink")->setEnabled(false);
-  }
+  if (!enabled) return;
+  // Only this slider: the vertical one stays enabled, which is intended.
+  const QSignalBlocker silent(chk_shrinkenable);
+  chk_shrinkenable->setChecked(false);
+  Slider("slide_shrink")->setEnabled(false);
 }
 
 void VornikForm::SetFeatureControlsEnabled(bool enabled) {

@@ -67,6 +67,7 @@ TEST_F(Connection, PortNumberTakesDigitsAndColonOnly) {
   Form().txt_port->clear();
   QTest::keyClicks(Form().txt_port, "0a5 -.9:;/+");
   QTest::keyClick(Form().txt_port, Qt::Key_Backspace);
+  QTest::keyClick(Form().txt_port, 'x', Qt::AltModifier);
   EXPECT_EQ(Form().txt_port->text(), "059:");
 }
 
@@ -125,6 +126,7 @@ TEST_F(Connection, OffersWhatEachModelHas) {
     // Shrink starts switched off after each connect, without a word to the unit.
     EXPECT_FALSE(Form().chk_shrinkenable->isChecked());
     EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
+    EXPECT_TRUE(Form().Slider("slide_shrinkv")->isEnabled());
     for (const std::string& frame : Written()) EXPECT_NE(frame.substr(0, 11), "F041041018E");
     Form().chk_shrinkenable->click();
     Press("Cmd_openclose");
