@@ -3,8 +3,9 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
-#include <QGuiApplication>
 #include <QMessageBox>
+
+#include "panel/app_info.h"
 
 namespace kalde2 {
 namespace {
@@ -13,9 +14,8 @@ QString FromLatin1(std::string_view text) {
   return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-QString TitleFor(const QWidget* parent, std::string_view title) {
-  if (!title.empty()) return FromLatin1(title);
-  return parent != nullptr ? parent->windowTitle() : QGuiApplication::applicationDisplayName();
+QString TitleOr(std::string_view title) {
+  return title.empty() ? QString::fromLatin1(AppInfo::kTitle) : FromLatin1(title);
 }
 
 QMessageBox::Icon IconFor(BoxIcon icon) {
@@ -35,7 +35,7 @@ int RunBox(QWidget* parent, std::string_view prompt, QMessageBox::Icon icon, std
            QMessageBox::StandardButtons buttons) {
   QMessageBox box(parent);
   box.setIcon(icon);
-  box.setWindowTitle(TitleFor(parent, title));
+  box.setWindowTitle(TitleOr(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(FromLatin1(prompt));
   box.setStandardButtons(buttons);

@@ -21,17 +21,23 @@ void MeasureCommandList() {
   panel.Open(57600);
   panel.Application().Unit().values.SetParamValue(kShrinkEnable, 1);
   panel.Application().Unit().values.SetParamValue(kAspectAdjust, kNeitherSimpleNorAdvanced);
-  std::vector<double> times;
+  std::vector<double> rebuilt;
+  std::vector<double> painted;  // after the rebuild; as much of the list as is in view
   for (int i = 0; i < kRebuilds; ++i) {
     const auto start = std::chrono::steady_clock::now();
     panel.Application().Editor().RefreshCommandList();
-    times.push_back(Milliseconds(std::chrono::steady_clock::now() - start));
+    const auto end = std::chrono::steady_clock::now();
     QCoreApplication::processEvents();
+    rebuilt.push_back(Milliseconds(end - start));
+    painted.push_back(Milliseconds(std::chrono::steady_clock::now() - end));
   }
   const int shown = panel.Form().lst_commands->count();
   const std::string name = "command list, rebuild of " + std::to_string(shown) + " lines, for 68";
-  PrintFigure(name + ": median", Median(times) * kLines / shown, "ms");
-  PrintAtMost(name + ": 99th percentile", Percentile(times, 0.99) * kLines / shown, "ms", "1");
+  PrintFigure(name + ": median", Median(rebuilt) * kLines / shown, "ms");
+  PrintAtMost(name + ": 99th percentile", Percentile(rebuilt, 0.99) * kLines / shown, "ms", "1");
+  PrintFigure("command list, painting the lines in view: median", Median(painted), "ms");
+  PrintFigure("command list, painting the lines in view: 99th percentile",
+              Percentile(painted, 0.99), "ms");
 }
 
 }  // namespace kalde2::bench

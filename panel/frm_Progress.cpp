@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace kalde2 {
 namespace {
@@ -58,18 +59,24 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
 }
 
 void frm_Progress::Show() {
+  is_new_on_screen_ = true;
   show();
 }
 
 void frm_Progress::PaintNow() {
   Update();
+  // Once: a window that is out of view later, with its owner say, has nobody who waits for it.
+  if (std::exchange(is_new_on_screen_, false)) AwaitExposure();
+  repaint();
+}
+
+void frm_Progress::AwaitExposure() {
   const milliseconds end = clock_.Monotonic() + kExposeLimit;
   while (isVisible() && !windowHandle()->isExposed()) {
     const milliseconds left = end - clock_.Monotonic();
     if (left <= milliseconds::zero()) break;
     clock_.ServeEvents(left);
   }
-  repaint();
 }
 
 void frm_Progress::Hide() {

@@ -39,14 +39,15 @@ class frm_Progress : public QDialog, public ProgressView {
   void SetRange(int minimum, int maximum) override;
   void SetValue(int value) override;
 
-  /// Waits, a moment at most, until the desktop has put the window up, so that what blocks it
-  /// afterwards finds it painted.
+  /// The first time after Show() waits, a moment at most, until the desktop has put the window up,
+  /// so that what blocks it afterwards finds it painted.
   void PaintNow() override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void AwaitExposure();
   void UpdateLater();
   void Update();
 
@@ -59,6 +60,7 @@ class frm_Progress : public QDialog, public ProgressView {
   int minimum_ = 0;
   int maximum_ = 100;
   int value_ = 0;
+  bool is_new_on_screen_ = false;  ///< shown, and not waited for yet
   std::chrono::milliseconds last_update_{0};
 };
 

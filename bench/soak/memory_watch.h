@@ -21,7 +21,8 @@ class MemoryWatch {
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start_;
     std::printf("%8ld %-15s %6.1f s   heap %6ld -> %6ld KB   resident %6ld -> %6ld KB\n", count,
                 what, seconds.count(), heap_, heap, resident_, resident);
-    // One byte lost each time would exceed the first; the second has room for caches.
+    // Of each transaction not a byte may be lost, of each opening no 64; the second has room for
+    // caches.
     EXPECT_LE(heap - heap_, 64);
     EXPECT_LE(resident - resident_, 4096);
   }

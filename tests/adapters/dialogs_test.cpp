@@ -23,7 +23,6 @@ void OnNext(Act act) {
 
 TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   QWidget window;
-  window.setWindowTitle("Panel");
   QtMessageBoxes boxes;
   boxes.SetParent(&window);
   OnNext<QMessageBox>([&](QMessageBox& box) {
@@ -35,7 +34,7 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   boxes.Show("<b>50 \xb0</b>\r\n second", BoxIcon::kCritical, "Connect");
   for (const auto& [key, confirmed] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, true}}) {
     OnNext<QMessageBox>([key = key](QMessageBox& box) {
-      EXPECT_EQ(box.windowTitle(), "Panel");
+      EXPECT_EQ(box.windowTitle(), "KALDE2 Control Panel");
       QTest::keyClick(&box, key);
     });
     EXPECT_EQ(boxes.Confirm("Store?", ""), confirmed);
