@@ -68,6 +68,7 @@ void frm_Progress::PaintNow() {
   // Once: a window that is out of view later, with its owner say, has nobody who waits for it.
   if (std::exchange(is_new_on_screen_, false)) AwaitExposure();
   repaint();
+  emit SleepFollows();
 }
 
 void frm_Progress::AwaitExposure() {

@@ -43,6 +43,10 @@ class frm_Progress : public QDialog, public ProgressView {
   /// so that what blocks it afterwards finds it painted.
   void PaintNow() override;
 
+ signals:
+  /// Raised by PaintNow(): nothing is painted for a while.
+  void SleepFollows();
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 

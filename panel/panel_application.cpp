@@ -6,6 +6,7 @@ namespace kalde2 {
 
 PanelApplication::PanelApplication(const Platform& platform)
     : window_(platform),
+      frames_(&window_),
       progress_(&window_, platform.clock),
       painter_(window_.Form()),
       refresh_(*window_.Form().tmr_updatelstCommands),
@@ -25,6 +26,7 @@ PanelApplication::PanelApplication(const Platform& platform)
       resolution_data_(unit_.resolutions, link_, platform.clock, progress_, platform.boxes),
       autoset_(link_, platform.clock, progress_) {
   painter_.SetQueue(&queue_);
+  QObject::connect(&progress_, &frm_Progress::SleepFollows, &frames_, &FrameLimiter::PaintNow);
   window_.Attach({link_, unit_, queue_, direct_, editor_, connection_, clone_, settings_file_,
                   resolution_data_, autoset_, refresh_});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panel/frame_limiter.h"
 #include "panel/frm_Progress.h"
 #include "panel/frm_vornik.h"
 #include "panel/input_gate.h"
@@ -18,6 +19,7 @@ class PanelApplication {
   PanelApplication& operator=(const PanelApplication&) = delete;
 
   [[nodiscard]] frm_vornik& Window() { return window_; }
+  [[nodiscard]] FrameLimiter& Frames() { return frames_; }
   [[nodiscard]] frm_Progress& Progress() { return progress_; }
   [[nodiscard]] UnitModel& Unit() { return unit_; }
   [[nodiscard]] CommandLink& Link() { return link_; }
@@ -29,6 +31,7 @@ class PanelApplication {
 
   UnitModel unit_;
   frm_vornik window_;
+  FrameLimiter frames_;
   frm_Progress progress_;
   ReplyPainter painter_;
   ListRefreshTimer refresh_;
