@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QTimer>
 #include <QWidget>
+#include <chrono>
 
 namespace kalde2 {
 
@@ -31,18 +32,20 @@ class FrameLimiter : public QObject {
  protected:
   bool eventFilter(QObject* /*window*/, QEvent* event) override {
     if (event->type() != QEvent::UpdateRequest) return false;
-    const qint64 left = last_.isValid() ? kFrame - last_.elapsed() : 0;
-    if (left <= 0) {
+    const milliseconds passed = last_.isValid() ? milliseconds(last_.elapsed()) : kFrame;
+    if (passed >= kFrame) {
       last_.start();
       return false;
     }
-    if (!next_.isActive()) next_.start(static_cast<int>(left));
+    if (!next_.isActive()) next_.start(kFrame - passed);
     return true;
   }
 
  private:
-  /// In milliseconds: no screen shows more pictures than one in this time.
-  static constexpr qint64 kFrame = 16;
+  using milliseconds = std::chrono::milliseconds;
+
+  /// No screen shows more pictures than one in this time.
+  static constexpr milliseconds kFrame{16};
 
   QWidget* window_;
   QTimer next_;
