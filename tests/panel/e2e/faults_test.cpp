@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 enum class Act { kNothing, kOtherControl, kClosePort, kCloseWindow };
 
 struct Cell {
-  const char* fault;        ///< as it is typed at the unit's front panel
+  const char* fault;        ///< a fault as the unit's front panel takes it, or "baud RATE"
   Act act = Act::kNothing;  ///< what the operator does in the midst of it
   std::string_view box{};   ///< how the only message begins; the port is closed then
 };
@@ -47,6 +47,8 @@ const Operation kOperations[] = {
        {"split=1200", Act::kClosePort},
        {"noise-before"},
        {"error-reply", {}, kNoAnswer},
+       {"baud 9600", {}, kNoAnswer},
+       {"baud 115200", Act::kClosePort},
        {"hang-up-before=1", {}, kNoAnswerOrLost},
        {"hang-up-during=30", {}, kLost},
     }},
@@ -59,6 +61,7 @@ const Operation kOperations[] = {
        {"split=1200"},
        {"noise-before"},
        {"error-reply"},
+       {"baud 9600", Act::kOtherControl},
        {"unasked=200", Act::kOtherControl},
        {"hang-up-before=1", {}, kLost},
     }},
@@ -99,8 +102,9 @@ void FaultsInRealTime::RunCell(const Operation& operation, const Cell& cell) {
   if (operation.opens == IsOpen()) Press("Cmd_openclose");
   ASSERT_NE(operation.opens, IsOpen());
   const QByteArray fault = cell.fault;
-  unit->Command("fault " + fault);
-  ASSERT_TRUE(unit->Says("faults: "));
+  const bool other_rate = fault.startsWith("baud");
+  unit->Command(other_rate ? fault : "fault " + fault);
+  ASSERT_TRUE(unit->Says(other_rate ? "line runs at " : "faults: "));
 
   bool acted = false;
   const auto act = [&] {
@@ -117,7 +121,7 @@ void FaultsInRealTime::RunCell(const Operation& operation, const Cell& cell) {
   act();
   mending.stop();
   in_the_midst.stop();
-  unit->Command("fault none");
+  unit->Command("fault none\nbaud any");
 
   ExpectBox(cell.box);
   if (!cell.box.empty() && cell.box != kNoAnswer) {
