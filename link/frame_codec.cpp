@@ -1,5 +1,7 @@
 #include "link/frame_codec.h"
 
+#include <algorithm>
+
 #include "link/fault.h"
 #include "link/numbers.h"
 
@@ -128,10 +130,12 @@ void DecodeReply(std::string_view reply, ReplyRecord& record) {
   record.Value = DecodeValue(reply, record.Address);
 }
 
-bool IsCountedReplyComplete(std::string_view collected) {
+std::string_view CountedPacket(std::string_view collected) {
   constexpr std::size_t kShortest = 3;
-  return collected.size() >= kShortest &&
-         collected.size() == static_cast<unsigned char>(collected[1]) + std::size_t{2};
+  collected.remove_prefix(std::min(collected.find(kPacketStart), collected.size()));
+  if (collected.size() < kShortest) return {};
+  const std::size_t size = static_cast<unsigned char>(collected[1]) + std::size_t{2};
+  return collected.size() < size ? std::string_view{} : collected.substr(0, size);
 }
 
 }  // namespace kalde2

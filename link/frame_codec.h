@@ -48,8 +48,12 @@ struct ParameterRequest {
 /// @throws Fault where the reply is too short to hold a value; the fields before it are set then
 void DecodeReply(std::string_view reply, ReplyRecord& record);
 
-/// True when a length-prefixed reply ("S", a length byte L, L characters) is complete: three or
-/// more characters are there and they are exactly L + 2.
-[[nodiscard]] bool IsCountedReplyComplete(std::string_view collected);
+/// First character of a length-prefixed packet.
+inline constexpr char kPacketStart = 'S';
+
+/// The length-prefixed packet ("S", a length byte L, L characters) in what has been collected, from
+/// the first "S" on: what stands before and behind is no part of it. Empty while fewer than L + 2
+/// characters are there, or fewer than three.
+[[nodiscard]] std::string_view CountedPacket(std::string_view collected);
 
 }  // namespace kalde2

@@ -14,7 +14,6 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::string_view kReplyEnd = "\r";
-constexpr char kPacketStart = 'S';
 
 constexpr std::int16_t kAspectAddress = 258;
 constexpr std::int16_t kLockModeAddress = 266;
@@ -79,7 +78,7 @@ ReplyRecord CommandLink::SendParameter(std::int32_t is_read, std::int16_t source
 
 bool CommandLink::SendAndReceive(std::string_view frame, std::string_view terminator,
                                  std::string& reply, milliseconds timeout, bool hex) try {
-  const auto is_complete = [&](std::string_view) {
+  const auto is_complete = [&] {
     if (terminator.empty()) return !reply.empty() && reply.back() == '\0';
     return reply.find(terminator) != std::string::npos;
   };
@@ -98,17 +97,16 @@ bool CommandLink::SendAndReceive(std::string_view frame, std::string_view termin
 bool CommandLink::SendAndReceiveCounted(std::string_view frame, std::string& reply,
                                         milliseconds timeout, bool hex) try {
   const BinaryTransfer binary(port_);
-  bool started = false;
-  const auto is_complete = [&](std::string_view chunk) {
-    started = started || chunk.find(kPacketStart) != std::string_view::npos;
-    if (!started) reply.clear();
-    return started && IsCountedReplyComplete(reply);
+  const auto is_complete = [&] {
+    reply.erase(0, reply.find(kPacketStart));
+    const std::size_t packet = CountedPacket(reply).size();
+    if (packet > 0) reply.resize(packet);
+    return packet > 0;
   };
   (void)port_.Input();
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     WaitTimer(true, timeout);
     if (!frame.empty()) port_.Output(hex ? HexToWire(frame) : std::string(frame));
-    started = false;
     if (AwaitReply(reply, timeout, is_complete)) return true;
   }
   return false;
@@ -124,7 +122,7 @@ bool CommandLink::AwaitReply(std::string& reply, milliseconds timeout, IsComplet
   while (!WaitTimer(false, timeout)) {
     const std::string chunk = port_.Input();
     reply += chunk;
-    if (is_complete(chunk)) return true;
+    if (is_complete()) return true;
     if (!chunk.empty()) WaitTimer(true, timeout);
     clock_.ServeEvents(TimeLeft());
   }

@@ -50,8 +50,8 @@ class CommandLink {
                                     bool hex);
 
   /// As `SendAndReceive` for replies that begin with "S" and a length byte; what arrives before
-  /// the "S" is dropped. With an empty frame it only listens. Software flow control is suspended
-  /// meanwhile: it would swallow the bytes 0x11 and 0x13 of a packet.
+  /// the "S" or behind the packet is dropped. With an empty frame it only listens. Software flow
+  /// control is suspended meanwhile: it would swallow the bytes 0x11 and 0x13 of a packet.
   [[nodiscard]] bool SendAndReceiveCounted(std::string_view frame, std::string& reply,
                                            std::chrono::milliseconds timeout, bool hex);
 

@@ -72,11 +72,14 @@ TEST(FrameCodec, TellsRefusalsAndCompletePackets) {
   for (const auto* error : {"F0000\r", "xF0000\r"}) EXPECT_TRUE(IsErrorReply(error));
   for (const auto* normal : {"F0000AB\r", "F000\r"}) EXPECT_FALSE(IsErrorReply(normal));
 
-  EXPECT_TRUE(IsCountedReplyComplete("S\1A"));
-  EXPECT_TRUE(IsCountedReplyComplete("S\xFF" + std::string(255, '\r')));
-  // Three characters at least, the length is exact and always the second character.
-  for (const auto& other : {"S\0"s, "S\2A"s, "S\1AB"s, "xS\1A"s}) {
-    EXPECT_FALSE(IsCountedReplyComplete(other));
+  const std::string longest = "S\xFF" + std::string(255, 'S');
+  EXPECT_EQ(CountedPacket(longest), longest);
+  for (const auto& packet : {"S\1A"s, "xS\1A"s, "\1xS\1AS\1B"s}) {
+    EXPECT_EQ(CountedPacket(packet), "S\1A");
+  }
+  // Three characters at least.
+  for (const auto& part : {""s, "\1A"s, "S\0"s, "S\2A"s, "xS\3AB"s}) {
+    EXPECT_EQ(CountedPacket(part), "");
   }
 }
 

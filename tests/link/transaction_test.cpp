@@ -117,13 +117,18 @@ TEST_F(Transaction, CountedReplyIsCollectedBehindNoiseWithoutFlowControl) {
   EXPECT_THAT(port.handshaking, ElementsAre(Handshaking::kRts, Handshaking::kRtsXonXoff));
 }
 
-TEST_F(Transaction, CountedReplyIsSpoiltByNoiseInItsReadAndAwaitedWithoutAFrame) {
-  port.on_write = [this](auto) { return port.written.size() == 1 ? "xS\1A" : "S\1A"; };
-  EXPECT_TRUE(link.SendAndReceiveCounted("47", reply, kSecond, true));
-  EXPECT_THAT(port.written, SizeIs(2));
+TEST_F(Transaction, CountedReplyIsCutOutWhereverItsReadsAreCutAndAwaitedWithoutAFrame) {
+  const std::string noisy = "x\1S\3\x11S\x13Sy";
+  for (std::size_t cut = 0; cut <= noisy.size(); ++cut) {
+    port.on_write = [&](auto) { return noisy.substr(0, cut); };
+    clock.After(milliseconds(10), [&, cut] { port.Receive(noisy.substr(cut)); });
+    EXPECT_TRUE(link.SendAndReceiveCounted("47", reply, kSecond, true));
+    EXPECT_EQ(reply, "S\3\x11S\x13") << cut;
+  }
+  EXPECT_THAT(port.written, SizeIs(noisy.size() + 1));
   clock.After(milliseconds(2500), [&] { port.Receive("S\1A"); });
   EXPECT_TRUE(link.SendAndReceiveCounted("", reply, kSecond, true));
-  EXPECT_THAT(port.written, SizeIs(2));
+  EXPECT_THAT(port.written, SizeIs(noisy.size() + 1));
 }
 
 }  // namespace
