@@ -39,7 +39,7 @@ constexpr std::string_view kSlotUnread =
     "Problem reading resolution information from scaler, please try again";
 
 constexpr std::string_view kTitle = "Resolution Data File (c) Orvane Ltd";
-constexpr double kFormat = 1;
+constexpr std::int16_t kFormat = 1;
 constexpr std::string_view kColumnTitles =
     "Name                      Flags   HWidth  VHeight HFreq   Vfreq   HTotal  VTotal  HSync   "
     "VSync   HPos    VPos    Misc";
@@ -178,8 +178,7 @@ ResolutionRecord ParseRecord(std::string_view line) {
   record.Name = Cut(line, kName);
   record.Flags = Cut(line, kFlags);
   for (const auto& [column, field] : kNumbers) {
-    SkipOnFault(
-        [&, at = column, to = field] { record.*to = RoundToInt16(NumericValue(Cut(line, at))); });
+    SkipOnFault([&, at = column, to = field] { record.*to = LeadingInt16(Cut(line, at)); });
   }
   const double frequency = NumericValue(Cut(line, kHFreq));
   if (std::isfinite(frequency)) record.HFreq = frequency;
@@ -209,10 +208,17 @@ class FieldReader {
   LineReader lines_;
 };
 
+/// The number of the format line; one that does not fit is that of no format.
+std::int16_t FormatNumber(std::string_view line) {
+  std::int16_t number = 0;
+  SkipOnFault([&] { number = LeadingInt16(line); });
+  return number;
+}
+
 /// @return empty, or what is wrong
 std::string_view CheckHeader(FieldReader& fields) {
   if (fields.Next() != kTitle) return "Invalid Resolution Data File.";
-  if (NumericValue(fields.Next()) != kFormat) return "Unsupported resolution data file format.";
+  if (FormatNumber(fields.Next()) != kFormat) return "Unsupported resolution data file format.";
   (void)fields.Next();  // the date
   (void)fields.Next();  // an empty line
   if (!fields.Next().starts_with(kColumnTitlesStart)) return "Resolution Data File Corrupted.";

@@ -56,6 +56,15 @@ double NumericValue(std::string_view text) {
   return negative ? -value : value;
 }
 
+std::int16_t LeadingInt16(std::string_view text) {
+  text.remove_prefix(CountWhile(text, [](char c) { return c == ' '; }));
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  std::int16_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) throw Fault("number out of range");
+  return value;
+}
+
 std::uint32_t HexValue(std::string_view text) {
   std::uint32_t value = 0;
   const char* const end = text.data() + text.size();

@@ -11,6 +11,11 @@ namespace kalde2 {
 /// of a number. A text that does not begin with a number, an empty one included, gives 0.
 [[nodiscard]] double NumericValue(std::string_view text);
 
+/// The whole number at the start of a text: leading blanks, a sign, digits; reading stops at the
+/// first other character. A text that does not begin with one gives 0.
+/// @throws Fault where the number does not fit 16 bits
+[[nodiscard]] std::int16_t LeadingInt16(std::string_view text);
+
 /// The number of a clear hexadecimal text, without prefix, at most eight digits. Any other
 /// character in it, or no character at all, gives 0.
 [[nodiscard]] std::uint32_t HexValue(std::string_view text);

@@ -94,12 +94,17 @@ TEST(ResolutionRecords, ReadsOddFiles) {
       {"", "Invalid Resolution Data File."},
       {changed(61, 1, "2"), "Unsupported resolution data file format."},
       {changed(80, 4, "Nome"), "Resolution Data File Corrupted."},
+      {changed(61, 1, "1.5") + "A\r\n", "", {"", "A"}},
+      {changed(61, 1, "99999"), "Unsupported resolution data file format."},
       // A comma ends its line, in the title as in a record.
       {changed(35, 0, ", more") + "N\r\n", "", {"", "N"}},
       {header + "\"Na,me\"\r\n\r\nB", "", {"", "\"Na", "", "B"}},
       {header + std::string(40'000, '\n'), "", std::vector<std::string>(32768)},
-      // Numbers that do not fit.
-      {header + NameColumn("") + "        99999   600x    1e999999", "", {"", NameColumn("")}},
+      // Numbers that do not fit, and what is a number to its first other character only.
+      {header + NameColumn("") +
+           "        99999   600x    1e999999&H10    1e3     59.94     -7    +8",
+       "",
+       {"", NameColumn("")}},
   };
   for (const auto& [text, problem, names] : cases) {
     std::istringstream file(text);
@@ -109,7 +114,8 @@ TEST(ResolutionRecords, ReadsOddFiles) {
     EXPECT_EQ(read, names);
   }
   const ResolutionRecord& last = table.Record(1);
-  EXPECT_TRUE(last.HWidth == 0 && last.VHeight == 600 && last.HFreq == 0 && last.Misc.empty());
+  const ResolutionRecord numbers{NameColumn(""), "        ", 0, 600, 0, 0, 1, 59, -7, 8, 0, 0, ""};
+  EXPECT_EQ(last, numbers);
   EXPECT_THROW((void)table.ResolutionName(-1), Fault);
 }
 
