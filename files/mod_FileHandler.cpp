@@ -86,8 +86,10 @@ class SettingsParser {
  public:
   explicit SettingsParser(CommandLink& link) : link_(link) {}
 
+  /// @param is_cut the line was longer than what is handed over: no line of a section is
   /// @throws Fault telling what was expected
-  void Take(std::string_view line) {
+  void Take(std::string_view line, bool is_cut) {
+    is_cut_ = is_cut;
     switch (section_) {
       case Section::kBeforeGeneral:
         if (line == kGeneralSection) section_ = Section::kGeneral;
@@ -116,6 +118,7 @@ class SettingsParser {
   template <typename Read>
   void TakeLine(std::string_view line, std::string_view form, Read read) {
     try {
+      if (is_cut_) throw Fault("the line is too long");
       Fields fields(line);
       read(fields);
     } catch (const Fault&) {
@@ -128,6 +131,7 @@ class SettingsParser {
   CommandLink& link_;
   Section section_ = Section::kBeforeGeneral;
   ReplyRecord record_;
+  bool is_cut_ = false;
 };
 
 }  // namespace
@@ -208,7 +212,7 @@ void SettingsFile::ApplySettings(std::istream& text) {
   SettingsParser parser(link_);
   while (lines.Next(line)) {
     try {
-      parser.Take(line);
+      parser.Take(line, lines.WasCut());
     } catch (const Fault& fault) {
       throw Fault("line " + std::to_string(lines.LineNumber()) + ": " + fault.what());
     }

@@ -16,6 +16,7 @@ LineReader::LineReader(std::istream& text) : text_(text), buffer_(kBufferSize) {
 
 bool LineReader::Next(std::string& line) {
   line.clear();
+  was_cut_ = false;
   char byte = 0;
   bool any = false;
   while (NextByte(byte)) {
@@ -24,7 +25,11 @@ bool LineReader::Next(std::string& line) {
     if (ends_previous) continue;
     any = true;
     if (byte == '\r' || byte == '\n') break;
-    if (line.size() < kLongestLine) line += byte;
+    if (line.size() == kLongestLine) {
+      was_cut_ = true;
+    } else {
+      line += byte;
+    }
   }
   if (any) ++line_number_;
   return any;

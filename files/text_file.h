@@ -25,6 +25,9 @@ class LineReader {
   /// The next line without its end. @return false at the end of the text or when reading fails
   [[nodiscard]] bool Next(std::string& line);
 
+  /// True when the line that `Next` gave last was longer than what was handed out of it.
+  [[nodiscard]] bool WasCut() const { return was_cut_; }
+
   /// Lines read so far: the number of the line that `Next` gave last, counted from 1.
   [[nodiscard]] std::size_t LineNumber() const { return line_number_; }
 
@@ -37,6 +40,7 @@ class LineReader {
   std::size_t filled_ = 0;
   std::size_t line_number_ = 0;
   bool after_carriage_return_ = false;
+  bool was_cut_ = false;
 };
 
 /// Opens a file for reading. What is no plain file (a folder, a device) is not opened.

@@ -106,7 +106,11 @@ TEST_F(SettingsFileTest, AppliesTheLinesOfAFile) {
       {head + " 130 ,  +7  ,9,x\r\n131, -8 ", {"value 130 7", "value 131 -8"}},
       {"[1.0]\n[GENERAL1A]\r130,1\n131,2\r", {"value 130 1", "value 131 2"}},
       {head + "5,1\r\n-32768,1\r\n131,-2147483648\r\n", {"value 131 -2147483648"}},
-      {"[1.0]\r\n" + commas + "\r\n[GENERAL1A]\r\n130,7" + commas, {"value 130 7"}},
+      {"[1.0]\r\n" + commas + "\r\n[GENERAL1A]\r\n130,7", {"value 130 7"}},
+      // Longer than any line is read: what would be left of it is not what stands there.
+      {head + "130," + std::string(1019, '0') + "7\r\n", {"value 130 7"}},
+      {head + "130," + std::string(1020, '0') + "7\r\n", {}, Malformed(5, kGeneral)},
+      {source_head + "138,16,1" + commas, {}, Malformed(6, kSource)},
       {head + "130,1\r\n\r\n131,2\r\n", {"value 130 1"}, Malformed(6, kGeneral)},
       {head + "130,1.5\r\n", {}, Malformed(5, kGeneral)},
       {head + "32768,1\r\n", {}, Malformed(5, kGeneral)},
