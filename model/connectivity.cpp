@@ -98,11 +98,13 @@ void ConnectivityReader::ReadSource(int source) {
         link_.SendParameter(kRead, static_cast<std::int16_t>(source), 0, address).Value;
     // On a port that was closed meanwhile every source would look fitted.
     if (!link_.PortOpen()) throw Fault("the port was closed");
-    return NarrowToInt16(value);
+    return value;
   };
-  SourceInfoRecord& info = connectivity_.SourceInfo[static_cast<std::size_t>(source)];
-  info.SourceCode = read(kSourceCodeAddress);
-  info.NameIndex = read(kNameIndexAddress);
+  // Both are read before either is stored: a source that is half read keeps its reset values.
+  const std::int32_t source_code = read(kSourceCodeAddress);
+  const std::int32_t name_index = read(kNameIndexAddress);
+  const SourceInfoRecord info{NarrowToInt16(source_code), NarrowToInt16(name_index)};
+  connectivity_.SourceInfo[static_cast<std::size_t>(source)] = info;
   connectivity_.SourceFitted[static_cast<std::size_t>(source)] = info.NameIndex != kNotFitted;
 }
 

@@ -41,8 +41,8 @@ void ParamCatalogue::AddParameter(std::int16_t address, std::string_view name, s
                                   std::string_view minimum, std::string_view maximum,
                                   Bool16 use_item_data) {
   const std::int16_t index = NarrowToInt16(address - kFirstAddress);
-  ParamRecord& record = records_[static_cast<std::size_t>(CheckedIndex(index))];
   active_params_.push_back(index);
+  ParamRecord& record = records_[static_cast<std::size_t>(CheckedIndex(index))];
 
   record.PerSource = Contains(kPerSourceAddresses, address);
   if (record.PerSource) {

@@ -13,6 +13,8 @@ namespace {
 
 using std::chrono::milliseconds;
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
 
 class ConnectivityReading : public testing::Test, public LinkFixture {
  protected:
@@ -78,6 +80,16 @@ TEST_F(ConnectivityReading, SilenceLooksFittedAndRefusalRepeatsTheLastAnswer) {
   EXPECT_TRUE(Info(17).SourceCode == 7 && Info(17).NameIndex == 49);
   EXPECT_TRUE(Info(18).SourceCode == 49 && Info(18).NameIndex == 49);
   EXPECT_EQ(Info(48).NameIndex, 0);
+}
+
+TEST_F(ConnectivityReading, EndsAtAnAnswerThatDoesNotFitWithTheSourceAsItWasReset) {
+  Report(17, "7FFFFF", "000031");  // decoded, a value below all 16-bit numbers
+  reader.ReadConnectivity(35);
+  EXPECT_THAT(port.written, SizeIs(4)) << "both are asked for first";
+  EXPECT_THAT(Fitted(), IsEmpty());
+  EXPECT_TRUE(Info(17).SourceCode == 0 && Info(17).NameIndex == 255);
+  EXPECT_FALSE(link.DetectionInProgress());
+  EXPECT_TRUE(progress.shown);
 }
 
 class Names : public testing::Test, public LinkFixture {
