@@ -3,10 +3,8 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QStyleOptionProgressBar>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -18,11 +16,17 @@ using std::chrono::milliseconds;
 /// A desktop puts a window up within a few frames; one that does not must not hold up the transfer.
 constexpr milliseconds kExposeLimit{250};
 
-/// No screen shows more pictures than one in this time, and each takes a millisecond to paint.
-constexpr milliseconds kFrame{16};
+/// Keeps a widget from painting itself at once: it is painted with the next frame of its window.
+class PaintedLater {
+ public:
+  explicit PaintedLater(QWidget* widget) : widget_(widget) { widget->setUpdatesEnabled(false); }
+  ~PaintedLater() { widget_->setUpdatesEnabled(true); }
+  PaintedLater(const PaintedLater&) = delete;
+  PaintedLater& operator=(const PaintedLater&) = delete;
 
-/// What is set last and followed by nothing is painted after this.
-constexpr milliseconds kAtLatest{50};
+ private:
+  QWidget* widget_;
+};
 
 }  // namespace
 
@@ -40,7 +44,7 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
       clock_(clock),
       lbl_progress(new QLabel(this)),
       ProgressBar(new StillProgressBar(this)),
-      update_(new QTimer(this)) {
+      frames_(this) {
   setObjectName(QStringLiteral("frm_Progress"));
   setWindowTitle(QStringLiteral("Progress"));
   setModal(false);
@@ -54,8 +58,6 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
   auto* const rows = new QVBoxLayout(this);
   rows->addWidget(lbl_progress);
   rows->addWidget(ProgressBar);
-  update_->setSingleShot(true);
-  connect(update_, &QTimer::timeout, this, &frm_Progress::Update);
 }
 
 void frm_Progress::Show() {
@@ -64,10 +66,9 @@ void frm_Progress::Show() {
 }
 
 void frm_Progress::PaintNow() {
-  Update();
   // Once: a window that is out of view later, with its owner say, has nobody who waits for it.
   if (std::exchange(is_new_on_screen_, false)) AwaitExposure();
-  repaint();
+  frames_.PaintNow();
   emit SleepFollows();
 }
 
@@ -93,42 +94,20 @@ void frm_Progress::keyPressEvent(QKeyEvent* event) {
 }
 
 void frm_Progress::SetCaption(std::string_view text) {
-  caption_ = text;
-  UpdateLater();
+  lbl_progress->setText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 void frm_Progress::SetRange(int minimum, int maximum) {
-  minimum_ = minimum;
-  maximum_ = std::max(minimum, maximum);
-  value_ = minimum;
-  UpdateLater();
+  const PaintedLater later(ProgressBar);
+  ProgressBar->setRange(minimum, maximum);
+  ProgressBar->setValue(minimum);
 }
 
 void frm_Progress::SetValue(int value) {
-  if (value < minimum_ || value > maximum_) return;
-  value_ = value;
-  UpdateLater();
-}
-
-void frm_Progress::UpdateLater() {
-  // Right behind the request that follows: its reply is not there yet, so nothing waits for the
-  // painting.
-  if (clock_.Monotonic() >= last_update_ + kFrame) {
-    update_->start(milliseconds::zero());
-  } else if (!update_->isActive()) {
-    update_->start(kAtLatest);
-  }
-}
-
-void frm_Progress::Update() {
-  update_->stop();
-  last_update_ = clock_.Monotonic();
-  lbl_progress->setText(QString::fromLatin1(caption_.c_str()));
-  // A bar that may not paint itself at once is painted together with the label.
-  ProgressBar->setUpdatesEnabled(false);
-  ProgressBar->setRange(minimum_, maximum_);
-  ProgressBar->setValue(value_);
-  ProgressBar->setUpdatesEnabled(true);
+  // The bar itself takes any value while both its ends are 0.
+  if (value < ProgressBar->minimum() || value > ProgressBar->maximum()) return;
+  const PaintedLater later(ProgressBar);
+  ProgressBar->setValue(value);
 }
 
 }  // namespace kalde2

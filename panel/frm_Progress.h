@@ -3,13 +3,10 @@
 #include <QDialog>
 #include <QLabel>
 #include <QProgressBar>
-#include <chrono>
-#include <string>
 
 #include "link/clock.h"
 #include "model/progress_view.h"
-
-class QTimer;
+#include "panel/frame_limiter.h"
 
 namespace kalde2 {
 
@@ -24,7 +21,8 @@ class StillProgressBar : public QProgressBar {
   void initStyleOption(QStyleOptionProgressBar* option) const override;
 };
 
-/// The progress window of long transfers: a label `lbl_progress` and a bar `ProgressBar`. Modeless
+/// The progress window of long transfers: a label `lbl_progress` and a bar `ProgressBar`, which
+/// hold what a step sets from that moment on; only the painting waits for the next frame. Modeless
 /// and owned by the main window, which keeps the keyboard. Closing it only takes it out of sight;
 /// the transfer goes on. Esc is the main window's, as it is there.
 class frm_Progress : public QDialog, public ProgressView {
@@ -52,20 +50,12 @@ class frm_Progress : public QDialog, public ProgressView {
 
  private:
   void AwaitExposure();
-  void UpdateLater();
-  void Update();
 
   Clock& clock_;
   QLabel* lbl_progress;
   StillProgressBar* ProgressBar;
-  QTimer* update_;  ///< runs while what is set is not shown yet
-
-  std::string caption_;
-  int minimum_ = 0;
-  int maximum_ = 100;
-  int value_ = 0;
+  FrameLimiter frames_;
   bool is_new_on_screen_ = false;  ///< shown, and not waited for yet
-  std::chrono::milliseconds last_update_{0};
 };
 
 }  // namespace kalde2
