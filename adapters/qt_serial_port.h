@@ -24,7 +24,7 @@ class QtSerialPort final : public QObject, public SerialPort {
   explicit QtSerialPort(const PortDirectory& directory, QObject* parent = nullptr);
   ~QtSerialPort() override;
 
-  [[nodiscard]] bool PortOpen() const override { return port_.isOpen(); }
+  [[nodiscard]] bool PortOpen() const override { return port_.isOpen() && !is_lost_; }
   [[nodiscard]] std::optional<std::string> Open(const PortSetup& setup) override;
   void Close() override;
   void Output(std::string_view text) override;

@@ -75,6 +75,12 @@ const Operation kOperations[] = {
        {"unasked=200"},
        {"hang-up-during=20", {}, kLost},
     }},
+    // The line goes while the count, a first and a second packet are awaited.
+    {"fetch", [](EndToEnd& t) { t.Choose("mnu_function_refreshRes"); }, false, {
+       {"hang-up-before=1", {}, kLost},
+       {"hang-up-before=2", {}, kLost},
+       {"hang-up-during=3", {}, kLost},
+    }},
     {"idle", [](EndToEnd& t) { t.unit->Command("hang-up"); }, false, {
        {"none", {}, kLost},
     }},
@@ -124,6 +130,7 @@ void FaultsInRealTime::RunCell(const Operation& operation, const Cell& cell) {
   unit->Command("fault none\nbaud any");
 
   ExpectBox(cell.box);
+  EXPECT_FALSE(QFile::exists("resdata.txt"));
   if (!cell.box.empty() && cell.box != kNoAnswer) {
     EXPECT_TRUE(unit->Says("hung up"));
     unit->Command("replug");
