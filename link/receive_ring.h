@@ -19,6 +19,9 @@ class ReceiveRing {
   /// Stores the characters of one receive event and one empty element behind them.
   void Store(std::string_view text);
 
+  /// Forgets everything: what is there belongs to a unit that is gone.
+  void Clear() { *this = {}; }
+
   /// True when there is something to look for frames in: the timer that cuts them is wanted.
   [[nodiscard]] bool HasData() const { return write_index_ != read_index_; }
 

@@ -117,12 +117,13 @@ void CommandEditor::Step(int step) {
 
 void CommandEditor::txt_commandval_Enter() {
   if (suppress_command_events_) return;
+  // Also a number that is refused is no longer being typed: the next rebuild replaces it.
+  form_.txt_commandval->setModified(false);
   std::int32_t value = 0;
   if (!list_.ReadTyped(current_command_, form_.txt_commandval->text().toLatin1().toStdString(),
                        value)) {
     return;
   }
-  form_.txt_commandval->setModified(false);
   Change(value);
 }
 

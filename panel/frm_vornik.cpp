@@ -1,6 +1,7 @@
 #include "panel/frm_vornik.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <array>
 #include <utility>
@@ -136,15 +137,21 @@ void frm_vornik::ConnectConnection() {
 
 void frm_vornik::Cmd_openclose_Click() {
   if (form_.Cmd_openclose->text() == QLatin1String("Open &Port")) {
-    parts_->queue.DoInBulk("Cmd_openclose", [this] { parts_->connection.Open(); });
+    parts_->queue.DoInBulk("Cmd_openclose", [this] { OpenPort(); });
   } else {
     ClosePort();
   }
 }
 
+void frm_vornik::OpenPort() {
+  // What is still in the ring is of the unit before, and would be shown as this one's.
+  ring_.Clear();
+  form_.TmrProcessMessage->stop();
+  parts_->connection.Open();
+}
+
 void frm_vornik::ClosePort() {
   parts_->connection.Close();
-  form_.TmrProcessMessage->stop();
   parts_->queue.Abandon();
 }
 
@@ -165,15 +172,44 @@ void frm_vornik::keyPressEvent(QKeyEvent* event) {
 }
 
 bool frm_vornik::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != form_.txt_port || event->type() != QEvent::KeyPress) return false;
-  const auto* const key = static_cast<QKeyEvent*>(event);
-  const bool moves_on = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
-  const bool types = !key->text().isEmpty() && key->key() != Qt::Key_Delete && !moves_on;
-  if (!types) return false;
-  const int typed = key->text().front().unicode();
-  int accepted = typed;
-  txt_port_KeyPress(accepted);
-  return accepted != typed;
+  if (watched != form_.txt_port) return false;
+  if (event->type() == QEvent::KeyPress) {
+    return TypedIntoPort(*static_cast<QKeyEvent*>(event));
+  }
+  if (event->type() == QEvent::InputMethod) {
+    return CommittedIntoPort(*static_cast<QInputMethodEvent*>(event));
+  }
+  return false;
+}
+
+/// @return true when the field is to see nothing more of the key
+bool frm_vornik::TypedIntoPort(const QKeyEvent& key) {
+  const bool moves_on = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
+  if (key.text().isEmpty() || key.key() == Qt::Key_Delete || moves_on) return false;
+  const QString accepted = AcceptedByPort(key.text());
+  if (accepted == key.text()) return false;
+  if (!accepted.isEmpty()) form_.txt_port->insert(accepted);
+  return true;
+}
+
+/// What an input method commits is typed, too: the field gets what is accepted of it.
+bool frm_vornik::CommittedIntoPort(const QInputMethodEvent& event) {
+  const QString accepted = AcceptedByPort(event.commitString());
+  if (accepted == event.commitString()) return false;
+  QInputMethodEvent filtered(event.preeditString(), event.attributes());
+  filtered.setCommitString(accepted, event.replacementStart(), event.replacementLength());
+  QCoreApplication::sendEvent(form_.txt_port, &filtered);
+  return true;
+}
+
+QString frm_vornik::AcceptedByPort(const QString& typed) {
+  QString accepted;
+  for (const QChar character : typed) {
+    int key = character.unicode();
+    txt_port_KeyPress(key);
+    if (key == character.unicode()) accepted += character;
+  }
+  return accepted;
 }
 
 /// Digits and the colon, 48 to 58, are accepted; anything else, Backspace included, becomes the
@@ -345,7 +381,8 @@ void frm_vornik::mnu_function_advanced_Click() {
 void frm_vornik::mnu_function_aspect_Click() {
   const bool aspect = form_.mnu_function_aspect->isChecked();
   form_.SetAspectVisible(aspect);
-  if (aspect) parts_->refresh.Enable();
+  // While the connectivity is read there is no list to refresh; the opening's end does that.
+  if (aspect && !parts_->link.DetectionInProgress()) parts_->refresh.Enable();
 }
 
 void frm_vornik::mnu_about_Click() {

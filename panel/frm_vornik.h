@@ -71,6 +71,9 @@ class frm_vornik : public QMainWindow, public PortListener {
   void Form_Unload();
   void Cmd_openclose_Click();
   void txt_port_KeyPress(int& KeyAscii);
+  [[nodiscard]] bool TypedIntoPort(const QKeyEvent& key);
+  [[nodiscard]] bool CommittedIntoPort(const QInputMethodEvent& event);
+  [[nodiscard]] QString AcceptedByPort(const QString& typed);
   void TmrProcessMessage_Timer();
   void tmr_updatelstCommands_Timer();
   void cmd_test_Click();
@@ -90,6 +93,7 @@ class frm_vornik : public QMainWindow, public PortListener {
   [[nodiscard]] std::pair<QString, QString> LoadSerialSettings() const;
   void SaveSerialSettings();
   void FillResolutionList();
+  void OpenPort();
   void ClosePort();
   void UpdatePortHint();
 

@@ -117,6 +117,7 @@ void UnitConnection::EnterClosedState() {
   port_.Close();
   unit_connected_ = false;
   form_.ShowClosed();
+  form_.txt_port->setEnabled(true);
   form_.SetFeatureControlsEnabled(true);
   form_.SetPanelEnabled(false);
   form_.lst_commands->clear();

@@ -25,9 +25,11 @@ constexpr int kRowGap = 5;
 /// Width of the window at the default font, wide enough for the names of the resolutions.
 constexpr int kInitialWidth = 860;
 
-constexpr int kProcessInterval = 100;   // milliseconds between two unasked frames
-constexpr int kRefreshInterval = 1000;  // milliseconds from a change to the rebuilt command list
-constexpr int kPadRepeat = 500;         // milliseconds between two steps of a held arrow
+using std::chrono::milliseconds;
+
+constexpr milliseconds kProcessInterval{100};   // between two unasked frames
+constexpr milliseconds kRefreshInterval{1000};  // from a change to the rebuilt command list
+constexpr int kPadRepeat = 500;                 // milliseconds between two steps of a held arrow
 
 template <typename Widget>
 Widget* Named(Widget* widget, const char* name) {
@@ -287,10 +289,14 @@ void VornikForm::CreateButtons() {
 }
 
 void VornikForm::CreateTimers() {
-  TmrProcessMessage = Named(new QTimer(&window_), "TmrProcessMessage");
-  TmrProcessMessage->setInterval(kProcessInterval);
-  tmr_updatelstCommands = Named(new QTimer(&window_), "tmr_updatelstCommands");
-  tmr_updatelstCommands->setInterval(kRefreshInterval);
+  const auto create = [this](const char* name, milliseconds interval) {
+    auto* const timer = Named(new QTimer(&window_), name);
+    timer->setTimerType(Qt::PreciseTimer);  // others tick up to a twentieth early or late
+    timer->setInterval(interval);
+    return timer;
+  };
+  TmrProcessMessage = create("TmrProcessMessage", kProcessInterval);
+  tmr_updatelstCommands = create("tmr_updatelstCommands", kRefreshInterval);
 }
 
 // --------------------------------------------------------------------------------------- layout
@@ -604,7 +610,6 @@ void VornikForm::ShowClosed() {
   lbl_comstate->setBackgroundRole(QPalette::Window);
   lbl_comstate->setForegroundRole(QPalette::WindowText);
   cbo_baud->setEnabled(true);
-  txt_port->setEnabled(true);
 }
 
 }  // namespace kalde2

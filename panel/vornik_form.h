@@ -62,7 +62,7 @@ class VornikForm {
   /// Chooses a lock mode; none for a value other than 0..2.
   void SelectLockMode(int value);
 
-  /// What the connection looks like: the texts, and what may be edited.
+  /// What the connection looks like: the texts, and that a closed port's baud rate may be chosen.
   void ShowOpen(const QString& state);
   void ShowClosed();
 

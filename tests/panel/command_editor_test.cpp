@@ -158,6 +158,12 @@ TEST_F(Editor, RebuildLeavesAHalfTypedNumber) {
   EXPECT_EQ(Written(), Frames{WriteOf(159, 75)});
   ChangeAtUnit(159, 30);
   EXPECT_EQ(Value().text(), "30");
+  // What was refused is no longer being typed.
+  Type("1001\r");
+  EXPECT_EQ(Value().text(), "1001");
+  ChangeAtUnit(160, 1);
+  EXPECT_EQ(Value().text(), "30");
+  EXPECT_TRUE(Written().empty());
 }
 
 }  // namespace

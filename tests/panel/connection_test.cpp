@@ -69,6 +69,13 @@ TEST_F(Connection, PortNumberTakesDigitsAndColonOnly) {
   QTest::keyClick(Form().txt_port, Qt::Key_Backspace);
   QTest::keyClick(Form().txt_port, 'x', Qt::AltModifier);
   EXPECT_EQ(Form().txt_port->text(), "059:");
+  // Text of an input method and of a key that brings several characters.
+  QInputMethodEvent commit;
+  commit.setCommitString("a1\u0663b2");
+  QCoreApplication::sendEvent(Form().txt_port, &commit);
+  QKeyEvent several(QEvent::KeyPress, 0, {}, "3x4");
+  QCoreApplication::sendEvent(Form().txt_port, &several);
+  EXPECT_EQ(Form().txt_port->text(), "059:1234");
 }
 
 TEST_F(Connection, RefusesToOpenAndSaysWhy) {
@@ -168,6 +175,31 @@ TEST_F(Connection, AsksForTheTypeAndTheSourcesAndSendsTheFirstOfEachList) {
   EXPECT_EQ(port.setups[0].handshaking, Handshaking::kRtsXonXoff);
   EXPECT_TRUE(port.setups[0].dtr_enable);
   EXPECT_EQ(port.setups[0].comm_port, 12);
+}
+
+TEST_F(Connection, ViewsMayBeChangedWhileTheSourcesAreReadAndTheListComesAfter) {
+  ConnectUnit();
+  Start();
+  (void)unit->Faults().Add("late=5");
+  Tick("tmr_updatelstCommands");
+  clock.After(std::chrono::milliseconds(500), [this] {
+    for (const char* view : {"mnu_function_aspect", "mnu_function_advanced"}) {
+      Choose(view);
+      EXPECT_FALSE(Tick("tmr_updatelstCommands")) << view;
+    }
+    EXPECT_TRUE(Form().Slider("slide_zoomv")->isVisible());
+  });
+  Press("Cmd_openclose");
+  EXPECT_GT(Form().lst_commands->count(), 0);
+  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
+}
+
+TEST_F(Connection, EndOfTheProgramFreesTheBaudRateAlone) {
+  StartAndOpen();
+  Window().close();
+  EXPECT_TRUE(Form().cbo_baud->isEnabled());
+  EXPECT_FALSE(Form().txt_port->isEnabled());
+  EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
 }
 
 }  // namespace

@@ -91,5 +91,22 @@ TEST_F(UnaskedFrames, AreCutFromPiecesOneATick) {
   EXPECT_FALSE(Cutting());
 }
 
+TEST_F(UnaskedFrames, OfTheUnitBeforeAreShownUntilTheNextOpeningOnly) {
+  OpenSettled();
+  const std::string pan = Changed(159, 77);
+  const std::string position = Changed(218, 66);
+  Arrive(pan + position);
+  Press("Cmd_openclose");
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().arr_zoompan->valueX(), 77);
+  Press("Cmd_openclose");
+  EXPECT_FALSE(Cutting());
+  EXPECT_EQ(Form().arr_shrinkposn->valueX(), 0);
+  Arrive(Changed(160, 55));
+  Tick("TmrProcessMessage");
+  EXPECT_EQ(Form().arr_zoompan->valueY(), 55);
+  EXPECT_EQ(Form().arr_shrinkposn->valueX(), 0);
+}
+
 }  // namespace
 }  // namespace kalde2
