@@ -1,10 +1,10 @@
 #include "link/mod_comms.h"
 
 #include <algorithm>
-#include <array>
 
 #include "link/fault.h"
 #include "link/frame_codec.h"
+#include "link/per_source.h"
 #include "link/scoped_flag.h"
 #include "link/source_codes.h"
 
@@ -17,11 +17,6 @@ constexpr std::string_view kReplyEnd = "\r";
 
 constexpr std::int16_t kAspectAddress = 258;
 constexpr std::int16_t kLockModeAddress = 266;
-
-// Replies of these addresses go to the source that the reply names. 163 is kept per source too but
-// not listed here: it takes the way of `StoreParamValue`. That is intended.
-constexpr std::array<std::int16_t, 15> kStoredUnderReplySource = {
-    138, 182, 183, 184, 185, 186, 187, 188, 193, 197, 198, 199, 208, 222, 223};
 
 /// Address whose controls show a value: overall zoom and shrink move the horizontal ones.
 constexpr std::int16_t ShownAddress(std::int16_t address) {
@@ -174,9 +169,9 @@ void CommandLink::ApplyReply(ReplyRecord& record) {
 }
 
 void CommandLink::StoreReply(const ReplyRecord& record) {
-  if (std::ranges::find(kStoredUnderReplySource, record.Address) != kStoredUnderReplySource.end()) {
-    values_.SetSourceValue(PerSourceSlot(record.Address), SourceCodeToIndex(record.Source),
-                           record.Value);
+  const PerSourceRow* const row = FindPerSource(record.Address);
+  if (row != nullptr && row->under_reply_source) {
+    values_.SetSourceValue(row->slot, SourceCodeToIndex(record.Source), record.Value);
   } else {
     values_.StoreParamValue(record.Address - kFirstAddress, record.Value);
   }

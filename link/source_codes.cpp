@@ -8,17 +8,6 @@ namespace {
 
 constexpr std::array<std::int16_t, 9> kSourceCodes = {16, 17, 18, 48, 49, 50, 64, 65, 66};
 
-// The position is the slot.
-constexpr std::array<int, 16> kSlotAddresses = {138, 182, 183, 184, 185, 186, 187, 188,
-                                                193, 197, 198, 199, 208, 222, 223, 163};
-
-/// Position of a value in a table, 0 where it is not there.
-template <typename T, std::size_t N>
-int PositionOrZero(const std::array<T, N>& table, int value) {
-  const auto found = std::ranges::find(table, value);
-  return found == table.end() ? 0 : static_cast<int>(found - table.begin());
-}
-
 }  // namespace
 
 std::int16_t SourceIndexToCode(int index) {
@@ -27,11 +16,8 @@ std::int16_t SourceIndexToCode(int index) {
 }
 
 int SourceCodeToIndex(int code) {
-  return PositionOrZero(kSourceCodes, code);
-}
-
-int PerSourceSlot(int address) {
-  return PositionOrZero(kSlotAddresses, address);
+  const auto* const found = std::ranges::find(kSourceCodes, code);
+  return found == kSourceCodes.end() ? 0 : static_cast<int>(found - kSourceCodes.begin());
 }
 
 }  // namespace kalde2

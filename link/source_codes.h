@@ -11,8 +11,4 @@ namespace kalde2 {
 /// Source index 0..8 for a source code; any code that is not in the table gives 0.
 [[nodiscard]] int SourceCodeToIndex(int code);
 
-/// Slot 0..15 of a per-source parameter in the value store. Any other address gives 0, the slot of
-/// address 138; that collision is intended.
-[[nodiscard]] int PerSourceSlot(int address);
-
 }  // namespace kalde2

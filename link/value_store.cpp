@@ -3,6 +3,7 @@
 #include <string>
 
 #include "link/fault.h"
+#include "link/per_source.h"
 #include "link/source_codes.h"
 
 namespace kalde2 {
@@ -13,7 +14,8 @@ constexpr int kZoomMirror = 129;
 constexpr int kShrinkIndex = 5;
 constexpr int kShrinkMirror = 130;
 
-/// Element whose plain value is the column of a stored per-source value.
+/// Element whose plain value is the column of a stored per-source value: the element numbered as
+/// the address of the setup source, not that address's own element. That is intended.
 constexpr int kStoreColumn = 278;
 
 std::size_t Checked(int index, int size, const char* table) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "model/connectivity.h"
@@ -8,20 +9,38 @@
 
 namespace kalde2 {
 
-/// One row of the model table.
-struct ProductModel {
+/// Items "label,number" of the input lists of a product whose inputs are always the same. An empty
+/// one leaves its list as it is.
+struct FixedInputs {
+  std::span<const std::string_view> lock_source;
+  std::span<const std::string_view> main_input;
+};
+
+/// The builder that knows a product's parameters.
+enum class Family : std::uint8_t { kNone, kCompact, k5000, k6000 };
+
+/// What distinguishes the products' parameters, one bit each.
+using Features = std::uint32_t;
+
+/// All that the panel knows of one product.
+struct Product {
   std::int32_t type;            ///< product type number that the unit reports at address 0xC4
   std::string_view model_code;  ///< what the panel shows, for example "K2-6350"
   bool feature_controls;        ///< flag A: the unit has keyer, lock and fade
   bool no_overscan;             ///< flag B: no overscan and underscan; no effect without flag A
+  bool autoset;                 ///< the panel offers autoset: with flag A, and for one without
+  const FixedInputs* inputs;    ///< nullptr where they are read from the unit
+  Family family;
+  Features features;
 };
 
-/// The row of a product type, or nullptr where the table has none (68 has entries but no row).
-[[nodiscard]] const ProductModel* FindModel(std::int32_t type);
+/// The row of a product type, nullptr where the table has none.
+[[nodiscard]] const Product* FindProduct(std::int32_t type);
 
-/// The gate of detection. It is a list of its own beside the model table on purpose: 62 has a row
-/// in the table and is refused here.
-[[nodiscard]] bool IsSupportedProduct(std::int32_t type);
+/// The row of a product type that passes the gate of detection, which always has a model code;
+/// nullptr for a type that is refused. The gate is a list of its own beside the table: 62 has a row
+/// and is refused.
+[[nodiscard]] const Product* FindSupportedProduct(std::int32_t type);
 
 /// The builders of the three product families: each adds the parameters of the product, in its
 /// order, where the type is one of the family's, and nothing otherwise.

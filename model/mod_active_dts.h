@@ -35,11 +35,9 @@ class ParamCatalogue : public ParameterScope {
 
   /// Adds one parameter at the end of `ActiveParams`.
   /// @param list number of the value list, 0 for a numeric parameter
-  /// @param minimum, maximum decimal texts; one that is no number counts as 0
-  /// @throws Fault for an address outside 130..413 or a limit that does not fit 16 bits; the index
-  ///   stands in `ActiveParams` then
+  /// @throws Fault for an address outside 130..413; the index stands in `ActiveParams` then
   void AddParameter(std::int16_t address, std::string_view name, std::int32_t list,
-                    std::string_view minimum, std::string_view maximum, Bool16 use_item_data);
+                    std::int16_t minimum, std::int16_t maximum, Bool16 use_item_data);
 
   /// @throws Fault for an index outside 0..283
   [[nodiscard]] const ParamRecord& Record(int index) const;

@@ -1,11 +1,11 @@
 #include "model/value_names.h"
 
-#include <algorithm>
 #include <initializer_list>
-#include <vector>
+#include <span>
 
 #include "link/fault.h"
 #include "link/numbers.h"
+#include "model/mod_Producttypes.h"
 
 namespace kalde2 {
 namespace {
@@ -43,32 +43,9 @@ const FixedList kFixedLists[] = {
     {19, {"RGBHV", " RGBS", " RGsB", "  YUV", "tlYUV"}},
     {21, {"Off", "On", "Auto"}},
 };
-
-/// Products whose inputs are fixed; every other one offers what is fitted. An empty column leaves
-/// its list as it is.
-struct FixedInputs {
-  std::initializer_list<std::int32_t> types;
-  Items lock_source;
-  Items main_input;
-};
-
-const FixedInputs kFixedInputs[] = {
-    // types   lock source             main input
-    {{22, 71}, {},                     {"RGB1,&H10"}},
-    {{23, 57}, {"CV1,&H30", "YC1,&H40"}, {"RGB1,&H10"}},
-    {{24},     {},                     {"RGB1,&H10", "CV1,&H30", "YC1,&H40"}},
-    {{25, 58}, {"RGB1,&H10"},          {"RGB1,&H10", "CV1,&H30", "YC1,&H40"}},
-};
 // clang-format on
 
-const FixedInputs* FindFixedInputs(std::int32_t type) {
-  for (const FixedInputs& row : kFixedInputs) {
-    if (std::ranges::find(row.types, type) != row.types.end()) return &row;
-  }
-  return nullptr;
-}
-
-void SetItems(ValueNames& names, int list, Items items) {
+void SetItems(ValueNames& names, int list, std::span<const std::string_view> items) {
   int item = 0;
   for (const std::string_view text : items) names.SetItem(list, item++, text);
 }
@@ -115,9 +92,10 @@ void LoadValueNames(ValueNames& names, std::int32_t product_type, const InputNam
                     const Connectivity& connectivity) {
   for (const FixedList& row : kFixedLists) SetItems(names, row.list, row.items);
   SetFittedSources(names, {kSetupSourceList}, inputs, connectivity);
-  if (const FixedInputs* const fixed = FindFixedInputs(product_type)) {
-    SetItems(names, kLockSourceList, fixed->lock_source);
-    SetItems(names, kMainInputList, fixed->main_input);
+  const Product* const product = FindProduct(product_type);
+  if (product != nullptr && product->inputs != nullptr) {
+    SetItems(names, kLockSourceList, product->inputs->lock_source);
+    SetItems(names, kMainInputList, product->inputs->main_input);
   } else {
     SetFittedSources(names, {kLockSourceList, kMainInputList}, inputs, connectivity);
   }

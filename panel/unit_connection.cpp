@@ -7,8 +7,6 @@
 namespace kalde2 {
 namespace {
 
-constexpr std::int32_t kAutosetWithoutFeatures = 71;
-
 std::string Text(const QString& text) {
   return text.toLatin1().toStdString();
 }
@@ -37,8 +35,9 @@ void UnitConnection::Open() {
   ShowPortOpen();
   const ReplyRecord reply = link_.SendParameter(kRead, kFirstSourceCode, 0, address::kProductType);
   if (!port_.PortOpen()) return;
-  if (reply.Valid && IsSupportedProduct(reply.Value)) {
-    EnterOpenState(reply.Value);
+  const Product* const product = reply.Valid ? FindSupportedProduct(reply.Value) : nullptr;
+  if (product != nullptr) {
+    EnterOpenState(*product);
     LoadTables();
   } else {
     EnterClosedState();
@@ -67,24 +66,21 @@ void UnitConnection::ShowPortOpen() {
   form_.txt_port->setEnabled(false);
 }
 
-void UnitConnection::EnterOpenState(std::int32_t product_type) {
+void UnitConnection::EnterOpenState(const Product& product) {
   unit_connected_ = true;
-  product_type_ = product_type;
-  const std::string_view model = FindModel(product_type)->model_code;
+  product_type_ = product.type;
+  const std::string_view model = product.model_code;
   form_.ShowOpen(QStringLiteral("OPEN : ") +
                  QString::fromLatin1(model.data(), static_cast<qsizetype>(model.size())));
   refresh_.Enable();
   form_.SetPanelEnabled(true);
-  OfferControls(product_type);
+  OfferControls(product);
 }
 
-void UnitConnection::OfferControls(std::int32_t product_type) {
-  const ProductModel& model = *FindModel(product_type);
-  form_.SetFeatureControlsEnabled(model.feature_controls);
-  if (!model.feature_controls) {
-    form_.cmd_autoset->setEnabled(product_type == kAutosetWithoutFeatures);
-  }
-  if (!model.feature_controls || model.no_overscan) {
+void UnitConnection::OfferControls(const Product& product) {
+  form_.SetFeatureControlsEnabled(product.feature_controls);
+  form_.cmd_autoset->setEnabled(product.autoset);
+  if (!product.feature_controls || product.no_overscan) {
     form_.cmd_overscan->setEnabled(false);
     form_.cmd_underscan->setEnabled(false);
   }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "model/mod_Producttypes.h"
 #include "model/progress_view.h"
 #include "panel/unit_services.h"
 #include "panel/vornik_form.h"
@@ -48,8 +49,8 @@ class UnitConnection {
  private:
   [[nodiscard]] std::string OpenPort();
   void ShowPortOpen();
-  void EnterOpenState(std::int32_t product_type);
-  void OfferControls(std::int32_t product_type);
+  void EnterOpenState(const Product& product);
+  void OfferControls(const Product& product);
   void LoadTables();
   void EnterClosedState();
   void ReportFailure(bool answered);

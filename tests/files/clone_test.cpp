@@ -18,7 +18,7 @@ struct CloneTest : ::testing::Test, LinkFixture {
     catalogue.BeginBuild();
     for (const std::int16_t address :
          std::initializer_list<std::int16_t>{278, 222, 193, 138, 130}) {
-      catalogue.AddParameter(address, "", 0, "0", "255", false);
+      catalogue.AddParameter(address, "", 0, 0, 255, false);
     }
   }
 

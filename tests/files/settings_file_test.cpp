@@ -39,7 +39,7 @@ TEST_F(SettingsFileTest, SavesEveryLineToTheLetter) {
   // Added out of order: the file has the catalogue's.
   panel.catalogue.BeginBuild();
   for (const std::int16_t address : std::initializer_list<std::int16_t>{413, 193, 182, 138, 131}) {
-    panel.catalogue.AddParameter(address, "", 0, "0", "255", false);
+    panel.catalogue.AddParameter(address, "", 0, 0, 255, false);
   }
   panel.Fit({0, 1, 3, 9});
   panel.values.SetParamValue(1, -3);

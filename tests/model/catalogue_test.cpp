@@ -62,11 +62,11 @@ TEST(Catalogue, NamesAndLimitsThatAreEasilyPutRight) {
 TEST(ProductTypes, ModelTableAndGateDiffer) {
   const std::string gate = "22 23 24 25 26 27 28 29 30 31 32 33 34 35 57 58 59 60 61 63 71";
   for (int type = -1; type < 300; ++type) {
-    EXPECT_EQ(IsSupportedProduct(type), Contains(gate, type)) << type;
-    EXPECT_EQ(FindModel(type) != nullptr, Contains(gate + " 62", type)) << type;
+    EXPECT_EQ(FindSupportedProduct(type) != nullptr, Contains(gate, type)) << type;
+    EXPECT_EQ(FindProduct(type) != nullptr, Contains(gate + " 62 68", type)) << type;
   }
-  EXPECT_EQ(FindModel(59)->model_code, "K2-6150");  // as 32
-  EXPECT_EQ(FindModel(62)->model_code, "K2-6255");
+  EXPECT_EQ(FindProduct(59)->model_code, "K2-6150");  // as 32
+  EXPECT_EQ(FindProduct(62)->model_code, "K2-6255");
 }
 
 }  // namespace

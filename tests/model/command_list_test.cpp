@@ -6,6 +6,7 @@
 #include <limits>
 #include <tuple>
 
+#include "link/per_source.h"
 #include "link/source_codes.h"
 #include "tests/support/fake_link.h"
 
@@ -84,8 +85,8 @@ TEST_F(Commands, LineTexts) {
 }
 
 TEST_F(Commands, FaultEndsTheListButNoMissingName) {
-  catalogue.AddParameter(140, "", 0, "0", "1", false);
-  catalogue.AddParameter(141, "last", 0, "0", "1", false);
+  catalogue.AddParameter(140, "", 0, 0, 1, false);
+  catalogue.AddParameter(141, "last", 0, 0, 1, false);
   EXPECT_EQ(Line(140), "-");
   Set(184, 99);
   EXPECT_EQ(LastLine(), 141);  // no fault where it does not apply
