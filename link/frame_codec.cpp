@@ -135,7 +135,8 @@ std::string_view CountedPacket(std::string_view collected) {
   collected.remove_prefix(std::min(collected.find(kPacketStart), collected.size()));
   if (collected.size() < kShortest) return {};
   const std::size_t size = static_cast<unsigned char>(collected[1]) + std::size_t{2};
-  return collected.size() < size ? std::string_view{} : collected.substr(0, size);
+  const bool is_complete = size >= kShortest && collected.size() >= size;
+  return is_complete ? collected.substr(0, size) : std::string_view{};
 }
 
 }  // namespace kalde2

@@ -53,7 +53,7 @@ inline constexpr char kPacketStart = 'S';
 
 /// The length-prefixed packet ("S", a length byte L, L characters) in what has been collected, from
 /// the first "S" on: what stands before and behind is no part of it. Empty while fewer than L + 2
-/// characters are there, or fewer than three.
+/// characters are there; a packet has three at least, so an L of 0 begins none.
 [[nodiscard]] std::string_view CountedPacket(std::string_view collected);
 
 }  // namespace kalde2

@@ -78,7 +78,7 @@ TEST(FrameCodec, TellsRefusalsAndCompletePackets) {
     EXPECT_EQ(CountedPacket(packet), "S\1A");
   }
   // Three characters at least.
-  for (const auto& part : {""s, "\1A"s, "S\0"s, "S\2A"s, "xS\3AB"s}) {
+  for (const auto& part : {""s, "\1A"s, "S\0"s, "S\0AB"s, "S\2A"s, "xS\3AB"s}) {
     EXPECT_EQ(CountedPacket(part), "");
   }
 }
