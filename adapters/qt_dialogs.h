@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "files/dialogs.h"
+#include "panel/dialogs.h"
 
 namespace kalde2 {
 

@@ -7,7 +7,7 @@
 #include "adapters/qt_dialogs.h"
 #include "adapters/qt_serial_port.h"
 #include "adapters/qt_settings_store.h"
-#include "panel/panel_application.h"
+#include "panel/frm_vornik.h"
 
 namespace {
 
@@ -35,11 +35,11 @@ int main(int argc, char* argv[]) {
   kalde2::QtMessageBoxes boxes;
   kalde2::QtFileDialogs dialogs;
 
-  kalde2::PanelApplication panel({port, ports, clock, settings, boxes, dialogs,
-                                  // At once: no further event, no other window is asked.
-                                  [] { std::_Exit(EXIT_SUCCESS); }});
-  boxes.SetParent(&panel.Window());
-  dialogs.SetParent(&panel.Window());
-  panel.Window().show();
+  kalde2::frm_vornik window({port, ports, clock, settings, boxes, dialogs,
+                             // At once: no further event, no other window is asked.
+                             [] { std::_Exit(EXIT_SUCCESS); }});
+  boxes.SetParent(&window);
+  dialogs.SetParent(&window);
+  window.show();
   return QApplication::exec();
 }

@@ -13,21 +13,20 @@ namespace kalde2::bench {
 void MeasureCommandList() {
   constexpr int kRebuilds = 1000;
   constexpr double kLines = 68;  // all parameters of type 35; not all are shown at once
-  constexpr int kShrinkEnable = 257 - kFirstAddress;
-  constexpr int kAspectAdjust = 258 - kFirstAddress;
   constexpr std::int32_t kNeitherSimpleNorAdvanced = 2;
   UnitProcess unit({"--quiet", "--type", "35"});
   RealPanel panel;
   panel.Open(57600);
-  panel.Application().Unit().values.SetParamValue(kShrinkEnable, 1);
-  panel.Application().Unit().values.SetParamValue(kAspectAdjust, kNeitherSimpleNorAdvanced);
+  ValueStore& values = panel.Window().UnitSession().Unit().values;
+  values.StoreParamValue(IndexOf(address::kShrinkEnable), 1);
+  values.StoreParamValue(IndexOf(address::kAspectAdjust), kNeitherSimpleNorAdvanced);
   std::vector<double> rebuilt;
   std::vector<double> painted;  // as much of the list as is in view; done once a frame only
   for (int i = 0; i < kRebuilds; ++i) {
     const auto start = std::chrono::steady_clock::now();
-    panel.Application().Editor().RefreshCommandList();
+    panel.Window().Editor().RefreshCommandList();
     const auto end = std::chrono::steady_clock::now();
-    panel.Application().Frames().PaintNow();
+    panel.Window().Frames().PaintNow();
     rebuilt.push_back(Milliseconds(end - start));
     painted.push_back(Milliseconds(std::chrono::steady_clock::now() - end));
     QCoreApplication::processEvents();

@@ -8,7 +8,7 @@ namespace kalde2::bench {
 void RealPanel::Open(int baud) {
   Form().cbo_baud->setCurrentText(QString::number(baud));
   Form().Cmd_openclose->click();
-  if (!application_.Connection().UnitConnected()) throw std::runtime_error("the port did not open");
+  if (!window_.UnitSession().UnitConnected()) throw std::runtime_error("the port did not open");
 }
 
 void RealPanel::Close() {

@@ -10,7 +10,7 @@
 #include "adapters/qt_serial_port.h"
 #include "adapters/qt_settings_store.h"
 #include "bench/counting_port.h"
-#include "panel/panel_application.h"
+#include "panel/frm_vornik.h"
 
 namespace kalde2::bench {
 
@@ -44,9 +44,8 @@ class RealPanel {
   /// Lets the panel work for a time; sleeps where it does.
   static void Serve(std::chrono::milliseconds time);
 
-  [[nodiscard]] frm_vornik& Window() { return application_.Window(); }
+  [[nodiscard]] frm_vornik& Window() { return window_; }
   [[nodiscard]] VornikForm& Form() { return Window().Form(); }
-  [[nodiscard]] PanelApplication& Application() { return application_; }
   [[nodiscard]] CountingPort& Port() { return counted_; }
 
  private:
@@ -57,7 +56,7 @@ class RealPanel {
   QtSettingsStore settings_;
   NoBoxes boxes_;
   QtFileDialogs dialogs_;
-  PanelApplication application_{{counted_, ports_, clock_, settings_, boxes_, dialogs_, [] {}}};
+  frm_vornik window_{{counted_, ports_, clock_, settings_, boxes_, dialogs_, [] {}}};
 };
 
 }  // namespace kalde2::bench

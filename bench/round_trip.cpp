@@ -37,7 +37,7 @@ void MeasureRoundTrip() {
   BareLine bare(unit.Device(), 57600);  // first: the panel lets nobody else open the device
   RealPanel panel;
   panel.Open(57600);
-  CommandLink& link = panel.Application().Link();
+  CommandLink& link = panel.Window().UnitSession().Link();
   std::vector<double> bare_times;
   std::vector<double> reads;
   std::vector<double> writes;

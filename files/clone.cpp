@@ -2,16 +2,11 @@
 
 #include <vector>
 
-#include "files/shown_progress.h"
 #include "files/source_scope.h"
 #include "link/source_codes.h"
 
 namespace kalde2 {
 namespace {
-
-constexpr std::int16_t AddressOf(int index) {
-  return static_cast<std::int16_t>(index + kFirstAddress);
-}
 
 /// Puts the selected source back at the end of a scope.
 class KeptSource {
@@ -39,44 +34,49 @@ std::vector<std::int16_t> SourceCodes(const ParamRecord& record, const Connectiv
 
 }  // namespace
 
-CloneTransfer::CloneTransfer(const ParamCatalogue& catalogue, const Connectivity& connectivity,
-                             ValueStore& values, CommandLink& link, ProgressView& progress)
-    : catalogue_(catalogue),
-      connectivity_(connectivity),
-      values_(values),
-      link_(link),
-      progress_(progress) {}
-
-void CloneTransfer::CloneRead() {
-  const ShownProgress shown(progress_, "Reading Parameters");
-  ForEachParameter([this](int index, std::int16_t source_code) {
-    link_.SendParameter(kRead, source_code, 0, AddressOf(index));
+TransferReport CloneTransfer::CloneRead() {
+  return ForEachParameter("Reading Parameters", [](CatalogueIndex index, std::int16_t source_code) {
+    return ParameterRequest{.is_read = true, .source = source_code, .address = AddressOf(index)};
   });
 }
 
-void CloneTransfer::CloneWrite() {
-  const ShownProgress shown(progress_, "Writing Parameters");
-  const KeptSource kept(values_);
-  ForEachParameter([this](int index, std::int16_t source_code) {
-    // Selects the column that the value is taken from.
-    if (catalogue_.IsPerSource(index)) {
-      values_.SetParamValue(ValueStore::kCurrentSource, source_code);
-    }
-    link_.SendParameter(kWrite, source_code, values_.GetParamValue(index), AddressOf(index));
-  });
+TransferReport CloneTransfer::CloneWrite() {
+  const KeptSource kept(unit_.values);
+  return ForEachParameter("Writing Parameters",
+                          [this](CatalogueIndex index, std::int16_t source_code) {
+                            // Selects the column that the value is taken from.
+                            if (unit_.catalogue.IsPerSource(index)) {
+                              unit_.values.SetParamValue(ValueStore::kCurrentSource, source_code);
+                            }
+                            return ParameterRequest{.source = source_code,
+                                                    .value = unit_.values.GetParamValue(index),
+                                                    .address = AddressOf(index)};
+                          });
 }
 
-void CloneTransfer::ForEachParameter(const Exchange& exchange) {
+TransferReport CloneTransfer::ForEachParameter(std::string_view caption,
+                                               const RequestFor& request_for) {
+  TransferReport report;
+  progress_.Begin();
+  progress_.SetCaption(caption);
   progress_.SetRange(0, kCatalogueSize - 1);
-  for (int index = 0; index < kCatalogueSize; ++index) {
-    progress_.SetValue(index);
-    const ParamRecord& record = catalogue_.Record(index);
+  Transfer(request_for, report);
+  progress_.End(report.is_complete);
+  return report;
+}
+
+void CloneTransfer::Transfer(const RequestFor& request_for, TransferReport& report) {
+  for (const CatalogueIndex index : CatalogueIndexes()) {
+    progress_.SetValue(index.number);
+    const ParamRecord& record = unit_.catalogue.Record(index);
     if (!record.Active) continue;
-    for (const std::int16_t source_code : SourceCodes(record, connectivity_)) {
-      exchange(index, source_code);
-      if (!link_.PortOpen()) return;
+    for (const std::int16_t source_code : SourceCodes(record, unit_.connectivity)) {
+      const ParameterRequest request = request_for(index, source_code);
+      const Outcome outcome = link_.Exchange(request).outcome;
+      if (report.Count(request, outcome) == Outcome::kClosed) return;
     }
   }
+  report.is_complete = true;
 }
 
 }  // namespace kalde2

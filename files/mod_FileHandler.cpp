@@ -18,29 +18,11 @@ constexpr std::string_view kDeviceSection = "[DEVICE]";
 constexpr std::string_view kGeneralSection = "[GENERAL1A]";
 constexpr std::string_view kSourceSection = "[SOURCE]";
 
-// The two filter labels differ on purpose.
-constexpr FileDialogSetup kOpenDialog = {.title = "Open",
-                                         .filter_label = "K2 (*.txt)",
-                                         .filter_pattern = "*.txt",
-                                         .default_extension = ""};
-constexpr FileDialogSetup kSaveDialog = {.title = "Save K2 file",
-                                         .filter_label = "K2 file (*.txt)",
-                                         .filter_pattern = "*.txt",
-                                         .default_extension = ".txt"};
-
-constexpr std::string_view kSaved = "Settings saved to file";
-constexpr std::string_view kLoaded = "Loaded values from file";
 constexpr std::string_view kGeneralLineForm =
     "expected an address (a whole number of 16 bits), a comma and a value (32 bits)";
 constexpr std::string_view kSourceLineForm =
     "expected an address and a source code (whole numbers of 16 bits) and a value (32 bits), "
     "separated by commas";
-
-/// The name that a dialog gave, without blanks around it and up to its first NUL.
-std::string ChosenPath(std::string_view name) {
-  const std::string_view trimmed = Trimmed(name);
-  return std::string(trimmed.substr(0, trimmed.find('\0')));
-}
 
 /// A number with a blank in place of the plus sign.
 std::string SignedText(std::int32_t value) {
@@ -84,7 +66,7 @@ enum class Section { kBeforeGeneral, kGeneral, kSource };
 /// code is 0 until a source line has set it.
 class SettingsParser {
  public:
-  explicit SettingsParser(CommandLink& link) : link_(link) {}
+  explicit SettingsParser(ReplySink& sink) : sink_(sink) {}
 
   /// @param is_cut the line was longer than what is handed over: no line of a section is
   /// @throws Fault telling what was expected
@@ -125,91 +107,61 @@ class SettingsParser {
       throw Fault(std::string(form));
     }
     record_.Valid = true;
-    link_.ApplyReply(record_);
+    sink_.ApplyReply(record_);
   }
 
-  CommandLink& link_;
+  ReplySink& sink_;
   Section section_ = Section::kBeforeGeneral;
   ReplyRecord record_;
   bool is_cut_ = false;
 };
 
-}  // namespace
-
-SettingsFile::SettingsFile(const ParamCatalogue& catalogue, const Connectivity& connectivity,
-                           ValueStore& values, CommandLink& link, MessageBoxes& boxes,
-                           FileDialogs& dialogs)
-    : catalogue_(catalogue),
-      connectivity_(connectivity),
-      values_(values),
-      link_(link),
-      boxes_(boxes),
-      dialogs_(dialogs) {}
-
-void SettingsFile::SaveSettingsFile(std::int32_t product_type) {
-  const auto name = dialogs_.AskSaveName(kSaveDialog);
-  if (!name) return;
-  std::ofstream file = CreateAnew(ChosenPath(*name));
-  WriteSettings(file, product_type);
-  file.close();
-  boxes_.Show(kSaved, BoxIcon::kNone, "");
-}
-
-void SettingsFile::WriteSettings(std::ostream& file, std::int32_t product_type) {
-  file << kVersionLine << kLineEnd;
-  file << kDeviceSection << kLineEnd;
-  file << std::to_string(product_type) << kLineEnd;
-  file << kGeneralSection << kLineEnd;
-  WriteGeneralLines(file);
-  file << kSourceSection << kLineEnd;
-  WriteSourceLines(file);
-}
-
-void SettingsFile::WriteGeneralLines(std::ostream& file) const {
-  for (int index = 0; index < kCatalogueSize; ++index) {
-    if (!catalogue_.Record(index).Active) continue;
-    file << std::to_string(index + kFirstAddress) << ',' << SignedText(values_.ParamValue(index))
-         << kLineEnd;
+void WriteGeneralLines(std::ostream& file, const UnitModel& unit) {
+  for (const CatalogueIndex index : CatalogueIndexes()) {
+    if (!unit.catalogue.Record(index).Active) continue;
+    file << std::to_string(AddressOf(index)) << ','
+         << SignedText(unit.values.ParamValue(index.number)) << kLineEnd;
   }
 }
 
-void SettingsFile::WriteSourceLines(std::ostream& file) {
+void WriteSourceLines(std::ostream& file, UnitModel& unit) {
   // Lives across lines: a value that does not fit is written as the line before it was.
   std::int16_t value = 0;
-  for (int index = 0; index < kCatalogueSize; ++index) {
-    const ParamRecord& record = catalogue_.Record(index);
+  for (const CatalogueIndex index : CatalogueIndexes()) {
+    const ParamRecord& record = unit.catalogue.Record(index);
     if (!record.PerSource || !record.Active) continue;
-    for (const int source : ApplicableSources(record, connectivity_)) {
+    for (const int source : ApplicableSources(record, unit.connectivity)) {
       const std::int16_t code = SourceIndexToCode(source);
-      values_.SetParamValue(ValueStore::kCurrentSource, code);
-      SkipOnFault([&] { value = NarrowToInt16(values_.GetParamValue(index)); });
-      file << std::to_string(index + kFirstAddress) << ", " << std::to_string(code) << " ,"
+      unit.values.SetParamValue(ValueStore::kCurrentSource, code);
+      SkipOnFault([&] { value = NarrowToInt16(unit.values.GetParamValue(index)); });
+      file << std::to_string(AddressOf(index)) << ", " << std::to_string(code) << " ,"
            << std::to_string(value) << kLineEnd;
     }
   }
 }
 
-void SettingsFile::LoadSettingsFile() {
-  const auto name = dialogs_.AskOpenName(kOpenDialog);
-  if (!name) return;
-  const std::string path = ChosenPath(*name);
-  try {
-    std::ifstream file = OpenForReading(path);
-    if (!file.is_open()) throw Fault("the file cannot be opened");
-    ApplySettings(file);
-    if (file.bad()) throw Fault("the file cannot be read to its end");
-  } catch (const Fault& fault) {
-    boxes_.Show('"' + ShownFileName(path) + "\": " + fault.what(), BoxIcon::kCritical, "");
-    return;
-  }
-  boxes_.Show(kLoaded, BoxIcon::kNone, "");
+}  // namespace
+
+void WriteSettings(std::ostream& file, UnitModel& unit, std::int32_t product_type) {
+  file << kVersionLine << kLineEnd;
+  file << kDeviceSection << kLineEnd;
+  file << std::to_string(product_type) << kLineEnd;
+  file << kGeneralSection << kLineEnd;
+  WriteGeneralLines(file, unit);
+  file << kSourceSection << kLineEnd;
+  WriteSourceLines(file, unit);
 }
 
-void SettingsFile::ApplySettings(std::istream& text) {
+void SaveSettings(const std::string& path, UnitModel& unit, std::int32_t product_type) {
+  std::ofstream file = CreateAnew(path);
+  WriteSettings(file, unit, product_type);
+}
+
+void ReadSettings(std::istream& text, ReplySink& sink) {
   LineReader lines(text);
   std::string line;
   if (!lines.Next(line) || line != kVersionLine) return;
-  SettingsParser parser(link_);
+  SettingsParser parser(sink);
   while (lines.Next(line)) {
     try {
       parser.Take(line, lines.WasCut());
@@ -217,6 +169,13 @@ void SettingsFile::ApplySettings(std::istream& text) {
       throw Fault("line " + std::to_string(lines.LineNumber()) + ": " + fault.what());
     }
   }
+}
+
+void LoadSettings(const std::string& path, ReplySink& sink) {
+  std::ifstream file = OpenForReading(path);
+  if (!file.is_open()) throw Fault("the file cannot be opened");
+  ReadSettings(file, sink);
+  if (file.bad()) throw Fault("the file cannot be read to its end");
 }
 
 }  // namespace kalde2

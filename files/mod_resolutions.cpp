@@ -29,14 +29,9 @@ constexpr std::string_view kRefusal = "F0000";
 constexpr milliseconds kCountTimeout{100};
 /// The unit may look a slot up in its slow memory.
 constexpr milliseconds kPacketTimeout{5000};
-/// "Saving file" stays in view this long.
-constexpr milliseconds kShowResult{2000};
 
 constexpr char kFirstPart = 0;
 constexpr char kSecondPart = 1;
-
-constexpr std::string_view kSlotUnread =
-    "Problem reading resolution information from scaler, please try again";
 
 constexpr std::string_view kTitle = "Resolution Data File (c) Orvane Ltd";
 constexpr std::int16_t kFormat = 1;
@@ -273,56 +268,49 @@ std::string_view ReadResolutions(std::istream& file, ResolutionTable& table) {
   return {};
 }
 
-ResolutionData::ResolutionData(ResolutionTable& table, CommandLink& link, Clock& clock,
-                               ProgressView& progress, MessageBoxes& boxes)
-    : table_(table), link_(link), clock_(clock), progress_(progress), boxes_(boxes) {}
-
-void ResolutionData::FetchResolutionData() {
-  const bool was_open = link_.PortOpen();
+FetchEnding ResolutionData::FetchResolutionData(FetchEvents& events) {
   const ResolutionTable before = table_;
-  progress_.Show();
+  progress_.Begin();
   progress_.SetCaption("Reading ResolutionData");
   link_.SetCommsBusy(true);
-  const bool counted = ReadSlots();
-  const bool closed_meanwhile = was_open && !link_.PortOpen();
-  // The progress window stays and so does CommsBusy: intended.
-  if (!counted && !closed_meanwhile) return;
+  const FetchEnding ending = ReadSlots(events);
+  // The progress stays as it is and so does CommsBusy: intended.
+  if (ending == FetchEnding::kUncounted) return ending;
   link_.SetCommsBusy(false);
-  if (closed_meanwhile) {
+  if (ending == FetchEnding::kClosed) {
     table_ = before;
   } else {
     progress_.SetCaption("Saving file");
-    WriteResolutionFile(kResolutionFileName);
-    progress_.PaintNow();
-    clock_.Sleep(kShowResult);
-    // What the operator did in the sleep still meets a running operation.
-    clock_.ServeEvents(std::chrono::milliseconds::zero());
+    events.Fetched();
   }
-  progress_.Hide();
+  progress_.End(ending == FetchEnding::kComplete);
+  return ending;
 }
 
-/// @return false when the number of slots could not be read
-bool ResolutionData::ReadSlots() {
+FetchEnding ResolutionData::ReadSlots(FetchEvents& events) {
+  const bool was_open = link_.PortOpen();
   std::string reply;
   const bool answered = link_.SendAndReceive(kCountQuery, kReplyEnd, reply, kCountTimeout, true);
-  if (!answered || reply.starts_with(kRefusal)) return false;
+  if (!answered || reply.starts_with(kRefusal)) {
+    return was_open && !link_.PortOpen() ? FetchEnding::kClosed : FetchEnding::kUncounted;
+  }
   const std::size_t slots = SlotCount(reply);
   table_.Reset(slots);
   // The bar's maximum is the truth value of a comparison, so that the bar stands still: intended.
   progress_.SetRange(0, slots == kCatalogueSize - 1 ? -1 : 0);
   for (std::size_t entry = 1; entry <= slots && link_.PortOpen(); ++entry) {
     progress_.SetValue(static_cast<int>(entry));
-    ReadSlot(entry);
+    ReadSlot(entry, events);
   }
-  return true;
+  return link_.PortOpen() ? FetchEnding::kComplete : FetchEnding::kClosed;
 }
 
 /// Reads the slot of a table entry: the one before it, counted from 0.
-void ResolutionData::ReadSlot(std::size_t entry) {
+void ResolutionData::ReadSlot(std::size_t entry, FetchEvents& events) {
   const std::string first = Query(entry - 1, kFirstPart);
   if (!link_.PortOpen()) return;
   if (first.empty()) {
-    boxes_.Show(kSlotUnread, BoxIcon::kExclamation, "");
+    events.SlotUnread(entry - 1);
   } else {
     SkipOnFault([&] { DecodeFirstPacket(first, table_.Record(entry)); });
   }
@@ -344,25 +332,24 @@ void ResolutionData::WriteResolutionFile(std::string_view name) const {
   WriteResolutions(file, table_);
 }
 
-void ResolutionData::ReadResolutionFile(std::string_view name) {
+std::string_view ResolutionData::ReadResolutionFile(std::string_view name) {
   std::ifstream file = OpenForReading(std::string(name));
-  const std::string_view problem = ReadResolutions(file, table_);
-  if (!problem.empty()) boxes_.Show(problem, BoxIcon::kNone, "");
+  return ReadResolutions(file, table_);
 }
 
-std::vector<ResolutionItem> ResolutionData::FillResolutionList(std::string_view name) {
+ResolutionData::List ResolutionData::FillResolutionList(std::string_view name) {
+  List list;
   const bool from_file = FileExists(std::string(name));
   if (from_file) {
-    ReadResolutionFile(name);
+    list.problem = ReadResolutionFile(name);
   } else {
     table_.Reset(kBuiltinResolutions.size() - 1);
     for (std::size_t i = 0; i < table_.Size(); ++i) table_.Record(i).Name = kBuiltinResolutions[i];
   }
-  std::vector<ResolutionItem> items;
   for (std::size_t entry = from_file ? 1 : 0; entry < table_.Size(); ++entry) {
-    items.push_back({table_.Record(entry).Name, static_cast<std::int32_t>(entry)});
+    list.items.push_back({table_.Record(entry).Name, static_cast<std::int32_t>(entry)});
   }
-  return items;
+  return list;
 }
 
 }  // namespace kalde2

@@ -9,11 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "files/dialogs.h"
-#include "link/clock.h"
 #include "link/mod_comms.h"
 #include "model/command_list.h"
-#include "model/progress_view.h"
+#include "model/progress.h"
 
 namespace kalde2 {
 
@@ -72,9 +70,6 @@ struct ResolutionItem {
   bool operator==(const ResolutionItem&) const = default;
 };
 
-/// The resolution data file, in the current folder.
-inline constexpr std::string_view kResolutionFileName = "resdata.txt";
-
 /// A number given as upper-case hex text of any length as its lowest eight binary digits, most
 /// significant first: "1A" gives "00011010".
 [[nodiscard]] std::string ByteToBits(std::string_view hex);
@@ -98,39 +93,63 @@ void WriteResolutions(std::ostream& file, const ResolutionTable& table);
 /// @return empty, or what is wrong with the header; the table then has its single empty entry
 [[nodiscard]] std::string_view ReadResolutions(std::istream& file, ResolutionTable& table);
 
+/// What a fetch has to say to whoever started it.
+class FetchEvents {
+ public:
+  virtual ~FetchEvents() = default;
+
+  /// The first reply of a slot, counted from 0, stays away.
+  virtual void SlotUnread(std::size_t slot) = 0;
+
+  /// Every slot has been asked for: the table is to be saved.
+  virtual void Fetched() = 0;
+};
+
+/// How a fetch ended.
+enum class FetchEnding : std::uint8_t {
+  kUncounted,  ///< the count of the slots could not be read
+  kClosed,     ///< the port was closed meanwhile
+  kComplete,
+};
+
 /// Fetching of the unit's resolutions, and their way into and out of the file.
 class ResolutionData {
  public:
-  ResolutionData(ResolutionTable& table, CommandLink& link, Clock& clock, ProgressView& progress,
-                 MessageBoxes& boxes);
+  ResolutionData(ResolutionTable& table, CommandLink& link, Progress& progress)
+      : table_(table), link_(link), progress_(progress) {}
 
-  /// Reads every slot of the unit into the table and writes the resolution data file. When the
-  /// count of the slots cannot be read, it stops with the progress window in view and `CommsBusy`
-  /// raised, which is intended. A slot whose first reply stays away is reported and keeps empty
-  /// fields. When the port is closed meanwhile, the table is as before and no file is written.
-  void FetchResolutionData();
+  /// Reads every slot of the unit into the table. When the count of the slots cannot be read, it
+  /// stops without an end of the progress and with `CommsBusy` raised, which is intended. A slot
+  /// whose first reply stays away is reported and keeps empty fields. When the port is closed
+  /// meanwhile, the table is as before and there is nothing to save.
+  FetchEnding FetchResolutionData(FetchEvents& events);
 
   /// Writes the table to a new file of this name. Every error is ignored.
   void WriteResolutionFile(std::string_view name) const;
 
-  /// Replaces the table with the file's records. A wrong header is reported and leaves a single
-  /// empty entry; a file that cannot be opened counts as one with a wrong first line.
-  void ReadResolutionFile(std::string_view name);
+  /// Replaces the table with the file's records. A wrong header leaves a single empty entry; a file
+  /// that cannot be opened counts as one with a wrong first line.
+  /// @return empty, or what is wrong with the header
+  std::string_view ReadResolutionFile(std::string_view name);
+
+  /// What a resolution list is filled with.
+  struct List {
+    std::vector<ResolutionItem> items;
+    std::string_view problem;  ///< empty, or what is wrong with the file
+  };
 
   /// Fills the table and tells the items of the resolution list: from the file of this name, item k
   /// with the data k + 1, or without such a file the built-in names, item k with the data k.
-  [[nodiscard]] std::vector<ResolutionItem> FillResolutionList(std::string_view name);
+  [[nodiscard]] List FillResolutionList(std::string_view name);
 
  private:
-  [[nodiscard]] bool ReadSlots();
-  void ReadSlot(std::size_t entry);
+  [[nodiscard]] FetchEnding ReadSlots(FetchEvents& events);
+  void ReadSlot(std::size_t entry, FetchEvents& events);
   [[nodiscard]] std::string Query(std::size_t slot, char part);
 
   ResolutionTable& table_;
   CommandLink& link_;
-  Clock& clock_;
-  ProgressView& progress_;
-  MessageBoxes& boxes_;
+  Progress& progress_;
 };
 
 }  // namespace kalde2

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "link/addresses.h"
 #include "link/fault.h"
 #include "link/numbers.h"
 
@@ -12,9 +13,6 @@ constexpr std::string_view kReadCommand = "84";
 constexpr std::string_view kWriteCommand = "04";
 constexpr std::string_view kErrorMark = "F0000";
 constexpr std::size_t kShortestNormalReply = 8;
-
-// The unit counts resolutions from 1, the panel from 0.
-constexpr std::int16_t kResolutionAddress = 131;
 
 // Values above this are taken as negative 24-bit numbers. The odd threshold is the unit's.
 constexpr std::int32_t kHighestPositiveValue = 4097;
@@ -41,7 +39,8 @@ std::string AddressField(std::int16_t index, std::int16_t address) {
 std::string ValueField(const ParameterRequest& request) {
   std::int64_t value = request.value;
   if (value < 0) value += kValueModulus;
-  if (request.address == kResolutionAddress) value += 1;
+  // The unit counts resolutions from 1, the panel from 0.
+  if (request.address == address::kResolution) value += 1;
   const std::string padded = "00000" + ToHex(static_cast<std::uint32_t>(value));
   return std::string(LastCharacters(padded, kValueDigits));
 }
@@ -68,7 +67,7 @@ std::int16_t DecodeAddress(std::string_view reply) {
 std::int32_t DecodeValue(std::string_view reply, std::int16_t address) {
   const std::ptrdiff_t position = static_cast<std::ptrdiff_t>(reply.size()) - 8;
   auto value = static_cast<std::int32_t>(HexValue(Slice(reply, position, kValueDigits)));
-  if (address == kResolutionAddress) value -= 1;
+  if (address == address::kResolution) value -= 1;
   return value > kHighestPositiveValue ? value - kValueModulus : value;
 }
 

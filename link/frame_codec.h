@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "link/addresses.h"
 #include "link/mod_datatypes.h"
 
 namespace kalde2 {
@@ -11,10 +12,10 @@ namespace kalde2 {
 /// One parameter request. On the wire, for example, a read of address 0xD8 from source 0x10 is
 /// "F84104100D8AD\r" and a write of 2 to address 0x10A is "F041041010A00000262\r".
 struct ParameterRequest {
-  bool is_read = false;     ///< command "84" with it, "04" (and a value) without
-  std::int16_t source = 0;  ///< source code, two hex digits on the wire
-  std::int32_t value = 0;   ///< 24-bit two's complement on the wire, writes only
-  std::int16_t address = 0;
+  bool is_read = false;                    ///< command "84" with it, "04" (and a value) without
+  std::int16_t source = kFirstSourceCode;  ///< source code, two hex digits on the wire
+  std::int32_t value = 0;                  ///< 24-bit two's complement on the wire, writes only
+  Address address = 0;
   std::int16_t group = kParameterGroup;
   std::int16_t index = kParameterIndex;
 };

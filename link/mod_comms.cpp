@@ -3,10 +3,7 @@
 #include <algorithm>
 
 #include "link/fault.h"
-#include "link/frame_codec.h"
-#include "link/per_source.h"
 #include "link/scoped_flag.h"
-#include "link/source_codes.h"
 
 namespace kalde2 {
 namespace {
@@ -14,21 +11,6 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::string_view kReplyEnd = "\r";
-
-constexpr std::int16_t kAspectAddress = 258;
-constexpr std::int16_t kLockModeAddress = 266;
-
-/// Address whose controls show a value: overall zoom and shrink move the horizontal ones.
-constexpr std::int16_t ShownAddress(std::int16_t address) {
-  switch (address) {
-    case 135:
-      return 260;
-    case 134:
-      return 259;
-    default:
-      return address;
-  }
-}
 
 /// Software flow control off for the life of a counted transaction.
 class BinaryTransfer {
@@ -46,29 +28,32 @@ class BinaryTransfer {
 
 }  // namespace
 
-CommandLink::CommandLink(SerialPort& port, Clock& clock, ValueStore& values, ReplyDisplay& display,
-                         RefreshTimer& refresh)
-    : port_(port), clock_(clock), values_(values), display_(display), refresh_(refresh) {}
-
-ReplyRecord CommandLink::SendParameter(std::int32_t is_read, std::int16_t source,
-                                       std::int32_t value, std::int16_t address, std::int16_t group,
-                                       std::int16_t index) {
+Answer CommandLink::Exchange(const ParameterRequest& request) {
   comms_busy_ = true;
-  if (!port_.PortOpen()) return {};
+  if (!PortOpen()) return {Outcome::kClosed, {}};
+  Outcome outcome = Outcome::kNotBuildable;  // and answered with the previous reply
   try {
-    const std::string frame = BuildRequest({is_read != 0, source, value, address, group, index});
     std::string reply;
-    if (!SendAndReceive(frame, kReplyEnd, reply, kReplyTimeout, true)) return {};
-    if (IsErrorReply(reply)) {
+    if (!SendAndReceive(BuildRequest(request), kReplyEnd, reply, kReplyTimeout, true)) {
+      return {PortOpen() ? Outcome::kSilent : Outcome::kClosed, {}};
+    }
+    outcome = IsErrorReply(reply) ? Outcome::kRefused : Outcome::kAnswered;
+    if (outcome == Outcome::kRefused) {
       last_reply_.Valid = false;
     } else {
       ParseReply(reply);
     }
   } catch (const Fault&) {
-    // A request that cannot be built is answered with the previous reply.
+    // The flag falls all the same.
   }
   comms_busy_ = false;
-  return last_reply_;
+  return {outcome, last_reply_};
+}
+
+ReplyRecord CommandLink::SendParameter(std::int32_t is_read, std::int16_t source,
+                                       std::int32_t value, std::int16_t address, std::int16_t group,
+                                       std::int16_t index) {
+  return Exchange({is_read != 0, source, value, address, group, index}).record;
 }
 
 bool CommandLink::SendAndReceive(std::string_view frame, std::string_view terminator,
@@ -151,39 +136,25 @@ void CommandLink::ParseReply(std::string_view reply) {
   const bool is_parameter =
       last_reply_.Group == kParameterGroup && last_reply_.Index == kParameterIndex;
   if (is_parameter && !detection_in_progress_) {
-    ApplyReply(last_reply_);
+    sink_.ApplyReply(last_reply_);
   } else {
     last_reply_.Valid = true;
   }
 }
 
-void CommandLink::ApplyReply(ReplyRecord& record) {
+bool CommandLink::CollectUnasked() {
+  if (comms_busy_) return false;
   try {
-    StoreReply(record);
-    record.Valid = true;
-    ShowReply(record);
-    refresh_.Enable();
+    ring_.Store(port_.Input());
   } catch (const Fault&) {
-    record.Valid = false;
+    return false;  // the line is gone, and the listener is about to be told
   }
+  return ring_.HasData();
 }
 
-void CommandLink::StoreReply(const ReplyRecord& record) {
-  const PerSourceRow* const row = FindPerSource(record.Address);
-  if (row != nullptr && row->under_reply_source) {
-    values_.SetSourceValue(row->slot, SourceCodeToIndex(record.Source), record.Value);
-  } else {
-    values_.StoreParamValue(record.Address - kFirstAddress, record.Value);
-  }
-}
-
-void CommandLink::ShowReply(const ReplyRecord& record) {
-  if (record.Address == kLockModeAddress) {
-    display_.ShowLockMode(record.Value);
-    return;
-  }
-  if (record.Address == kAspectAddress) display_.ShowAspectAdjust(record.Value != 0);
-  display_.ShowValue(ShownAddress(record.Address), record.Value);
+bool CommandLink::ProcessUnasked() {
+  if (const auto frame = ring_.NextFrame()) ParseReply(*frame);
+  return ring_.IsDrained();
 }
 
 }  // namespace kalde2

@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "link/clock.h"
+#include "link/frame_codec.h"
 #include "link/mod_datatypes.h"
-#include "link/reply_display.h"
+#include "link/receive_ring.h"
 #include "link/serial_port.h"
-#include "link/value_store.h"
 
 namespace kalde2 {
 
@@ -24,15 +24,42 @@ inline constexpr std::chrono::milliseconds kReplyTimeout{1000};
 /// Sends of one request before it is given up.
 inline constexpr int kAttempts = 3;
 
+/// What became of a request.
+enum class Outcome : std::uint8_t {
+  kAnswered,      ///< with a reply; whether that was well-formed is its record's `Valid`
+  kRefused,       ///< with an error reply
+  kSilent,        ///< not at all, in as many sends as a request has
+  kClosed,        ///< the port was closed or lost, before or meanwhile
+  kNotBuildable,  ///< it has no frame; nothing was sent
+};
+
+/// What `CommandLink::Exchange` brings.
+struct Answer {
+  Outcome outcome;
+  ReplyRecord record;  ///< as `CommandLink::SendParameter` returns it
+};
+
+/// Where decoded replies go.
+class ReplySink {
+ public:
+  virtual ~ReplySink() = default;
+
+  /// Stores a decoded value and shows it. `Valid` tells whether that went through.
+  virtual void ApplyReply(ReplyRecord& record) = 0;
+};
+
 /// The transactions with the unit. One request is under way at a time; waiting for its reply serves
 /// user-interface events, so that anything may run inside a wait, a nested transaction included:
 /// the deadline and the last reply are shared by all.
 class CommandLink {
  public:
-  CommandLink(SerialPort& port, Clock& clock, ValueStore& values, ReplyDisplay& display,
-              RefreshTimer& refresh);
+  CommandLink(SerialPort& port, Clock& clock, ReplySink& sink)
+      : port_(port), clock_(clock), sink_(sink) {}
 
-  /// One complete transaction.
+  /// One complete transaction, and what became of it.
+  [[nodiscard]] Answer Exchange(const ParameterRequest& request);
+
+  /// One complete transaction, for those who do not ask what became of it.
   /// @param is_read not 0 for a read; `value` counts for writes only
   /// @return a record of zeros when the port is closed or the unit stays silent; the last reply
   ///   otherwise, with `Valid` false for a refusal (its other fields are then the previous reply's)
@@ -60,12 +87,9 @@ class CommandLink {
   /// and the wait then ends only with the reply. That is intended.
   bool WaitTimer(bool start, std::chrono::milliseconds timeout);
 
-  /// Decodes a reply into `LastReply`, then applies it, or marks it valid and leaves it to the
-  /// caller during detection and for other groups than the parameters'.
+  /// Decodes a reply into `LastReply`, then hands it to the sink, or marks it valid and leaves it
+  /// to the caller during detection and for other groups than the parameters'.
   void ParseReply(std::string_view reply);
-
-  /// Stores a decoded value and shows it in the window. `Valid` tells whether that went through.
-  void ApplyReply(ReplyRecord& record);
 
   [[nodiscard]] const ReplyRecord& LastReply() const { return last_reply_; }
 
@@ -77,6 +101,16 @@ class CommandLink {
   /// Raised during detection and the reading of the connectivity: replies are not applied then.
   [[nodiscard]] bool DetectionInProgress() const { return detection_in_progress_; }
   void SetDetectionInProgress(bool on) { detection_in_progress_ = on; }
+
+  /// Takes what arrives unasked into the ring, unless a transaction owns the port.
+  /// @return true when there is something to cut frames from
+  bool CollectUnasked();
+
+  /// Cuts the next frame out of the ring and decodes it. @return true when nothing is left
+  bool ProcessUnasked();
+
+  /// Forgets what is in the ring: it is of a unit that is gone.
+  void ForgetUnasked() { ring_.Clear(); }
 
   /// True inside the wait of a transaction, whatever became of `CommsBusy`.
   [[nodiscard]] bool IsWaiting() const { return waiting_; }
@@ -90,14 +124,11 @@ class CommandLink {
   [[nodiscard]] Milliseconds TimeLeft() const;
   template <typename IsComplete>
   [[nodiscard]] bool AwaitReply(std::string& reply, Milliseconds timeout, IsComplete is_complete);
-  void StoreReply(const ReplyRecord& record);
-  void ShowReply(const ReplyRecord& record);
 
   SerialPort& port_;
   Clock& clock_;
-  ValueStore& values_;
-  ReplyDisplay& display_;
-  RefreshTimer& refresh_;
+  ReplySink& sink_;
+  ReceiveRing ring_;
   ReplyRecord last_reply_;
   Milliseconds deadline_{0};
   bool comms_busy_ = false;

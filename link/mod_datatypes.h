@@ -34,10 +34,4 @@ inline constexpr std::int16_t kParameterIndex = 0;
 /// Source code of parameters that are not kept per source, and of the first source.
 inline constexpr std::int16_t kFirstSourceCode = 0x10;
 
-/// Address of the first entry of the catalogue: catalogue index = address - 130.
-inline constexpr std::int16_t kFirstAddress = 130;
-
-/// Entries of the parameter catalogue, indexes 0..283 (addresses 130..413).
-inline constexpr int kCatalogueSize = 284;
-
 }  // namespace kalde2

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/addresses.h"
+
 namespace kalde2 {
 
 /// What the value store has to know of the catalogue: which parameters the unit keeps per source.
@@ -8,8 +10,8 @@ class ParameterScope {
   virtual ~ParameterScope() = default;
 
   /// True when the unit keeps one value of the parameter for each input source.
-  /// @param index catalogue index 0..283 @throws Fault outside that range
-  [[nodiscard]] virtual bool IsPerSource(int index) const = 0;
+  /// @throws Fault for an index that the catalogue does not have
+  [[nodiscard]] virtual bool IsPerSource(CatalogueIndex index) const = 0;
 };
 
 }  // namespace kalde2

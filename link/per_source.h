@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "link/mod_datatypes.h"
+#include "link/addresses.h"
 
 namespace kalde2 {
 
@@ -13,7 +13,7 @@ enum class InputKind : std::uint8_t { kAll, kRgb, kVideo };
 
 /// A parameter of which a unit keeps one value for each input source.
 struct PerSourceRow {
-  std::int16_t address;
+  Address address;
   std::int8_t slot;  ///< its row of the per-source values
   InputKind inputs;
   bool under_reply_source;  ///< a reply's value goes to the source that the reply names; else it

@@ -3,20 +3,16 @@
 #include <string>
 
 #include "link/fault.h"
+#include "link/mod_datatypes.h"
 #include "link/per_source.h"
 #include "link/source_codes.h"
 
 namespace kalde2 {
 namespace {
 
-constexpr int kZoomIndex = 4;
-constexpr int kZoomMirror = 129;
-constexpr int kShrinkIndex = 5;
-constexpr int kShrinkMirror = 130;
-
 /// Element whose plain value is the column of a stored per-source value: the element numbered as
 /// the address of the setup source, not that address's own element. That is intended.
-constexpr int kStoreColumn = 278;
+constexpr int kStoreColumn = address::kSetupSource;
 
 std::size_t Checked(int index, int size, const char* table) {
   if (index < 0 || index >= size) {
@@ -27,21 +23,21 @@ std::size_t Checked(int index, int size, const char* table) {
 
 }  // namespace
 
-std::int32_t ValueStore::GetParamValue(int index) {
-  if (!scope_.IsPerSource(index)) return ParamValue(index);
+std::int32_t ValueStore::GetParamValue(CatalogueIndex index) {
+  if (!scope_.IsPerSource(index)) return ParamValue(index.number);
   if (ParamValue(kCurrentSource) == 0) SetParamValue(kCurrentSource, kFirstSourceCode);
-  return SourceValue(PerSourceSlot(index + kFirstAddress),
+  return SourceValue(PerSourceSlot(AddressOf(index)),
                      SourceCodeToIndex(ParamValue(kCurrentSource)));
 }
 
-void ValueStore::StoreParamValue(int index, std::int32_t value) {
+void ValueStore::StoreParamValue(CatalogueIndex index, std::int32_t value) {
   if (scope_.IsPerSource(index)) {
-    SetSourceValue(PerSourceSlot(index + kFirstAddress), ParamValue(kStoreColumn), value);
+    SetSourceValue(PerSourceSlot(AddressOf(index)), ParamValue(kStoreColumn), value);
     return;
   }
-  SetParamValue(index, value);
-  if (index == kZoomIndex) SetParamValue(kZoomMirror, value);
-  if (index == kShrinkIndex) SetParamValue(kShrinkMirror, value);
+  SetParamValue(index.number, value);
+  if (index == IndexOf(address::kZoom)) SetParamValue(IndexOf(address::kZoomH).number, value);
+  if (index == IndexOf(address::kShrink)) SetParamValue(IndexOf(address::kShrinkH).number, value);
 }
 
 std::int32_t ValueStore::ParamValue(int element) const {

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "link/mod_datatypes.h"
+#include "link/addresses.h"
 #include "link/parameter_scope.h"
 
 namespace kalde2 {
@@ -16,20 +16,19 @@ class ValueStore {
   static constexpr int kSourceColumns = 256;  ///< sources 0..255 of `SourceValues`
 
   /// Element of `ParamValues` that holds the code of the selected source; 0 counts as 0x10.
-  static constexpr int kCurrentSource = 148;
+  static constexpr int kCurrentSource = IndexOf(address::kSetupSource).number;
 
   explicit ValueStore(const ParameterScope& scope) : scope_(scope) {}
 
   /// Present value of a parameter. A per-source one is read for the selected source; where none is
   /// selected yet, 0x10 is selected first.
-  /// @param index catalogue index 0..283
-  [[nodiscard]] std::int32_t GetParamValue(int index);
+  [[nodiscard]] std::int32_t GetParamValue(CatalogueIndex index);
 
-  /// Stores a value under its catalogue index 0..283. Index 4 also goes to element 129 and index 5
-  /// to element 130. A per-source value goes to the column that element 278 holds as it stands: not
-  /// the selected source of element 148 and not mapped from a code. That asymmetry with
-  /// `GetParamValue` is intended.
-  void StoreParamValue(int index, std::int32_t value);
+  /// Stores a value. The overall zoom and shrink are stored for the horizontal ones, too. A
+  /// per-source value goes to the column that element 278 holds as it stands: not the selected
+  /// source of element 148 and not mapped from a code. That asymmetry with `GetParamValue` is
+  /// intended.
+  void StoreParamValue(CatalogueIndex index, std::int32_t value);
 
   /// Direct access to `ParamValues`, element 0..413.
   [[nodiscard]] std::int32_t ParamValue(int element) const;

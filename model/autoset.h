@@ -1,30 +1,35 @@
 #pragma once
 
+#include <chrono>
+
 #include "link/clock.h"
 #include "link/mod_comms.h"
-#include "model/progress_view.h"
+#include "model/progress.h"
+#include "model/transfer_report.h"
 
 namespace kalde2 {
 
-/// Lets the unit adjust itself to its RGB source and reads back what it found.
+/// Lets the unit adjust itself to its RGB sources and reads back what it found.
 class Autoset {
  public:
-  Autoset(CommandLink& link, Clock& clock, ProgressView& progress)
+  Autoset(CommandLink& link, Clock& clock, Progress& progress)
       : link_(link), clock_(clock), progress_(progress) {}
 
-  /// Starts autoset, waits for it behind the progress window - bounded to about 22 seconds - and
-  /// reads the five adjustments. The waits between the reads are plain sleeps: nothing else is
-  /// served in them. When the port is closed meanwhile, it ends there.
-  void Run();
+  /// Starts the unit's autoset, asks once a second, 21 times at most, whether it has finished, and
+  /// reads the five adjustments. Sleeps between the questions: nothing else is served then. When
+  /// the port is closed meanwhile, it ends there.
+  /// @return what became of the reading of the adjustments
+  TransferReport Run();
 
  private:
-  void AwaitEnd();
+  [[nodiscard]] Answer Ask(Address address);
+  [[nodiscard]] bool AwaitEnd();
+  void ReadAdjustments(TransferReport& report);
   void SleepFor(std::chrono::milliseconds duration);
-  void ReadAdjustments();
 
   CommandLink& link_;
   Clock& clock_;
-  ProgressView& progress_;
+  Progress& progress_;
 };
 
 }  // namespace kalde2

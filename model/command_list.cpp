@@ -8,39 +8,18 @@
 namespace kalde2 {
 namespace {
 
-constexpr int kZoom = 134;
-constexpr int kShrink = 135;
-constexpr int kAspectAdjust = 258;
-constexpr int kFirstAxisScale = 259;
-constexpr int kLastAxisScale = 262;
-constexpr int kSetupSource = 278;
-constexpr int kShrinkEnable = 398;
-
 constexpr std::int32_t kSimple = 0;
 constexpr std::int32_t kAdvanced = 1;
 
 /// Sources from here on are video, the ones below RGB and DVI.
 constexpr std::int32_t kFirstVideoSource = 32;
 
-constexpr int IndexOf(int address) {
-  return address - kFirstAddress;
-}
-
 }  // namespace
-
-CommandList::CommandList(const ParamCatalogue& catalogue, const ValueNames& names,
-                         const Connectivity& connectivity, ValueStore& values,
-                         const ResolutionNames& resolutions)
-    : catalogue_(catalogue),
-      names_(names),
-      connectivity_(connectivity),
-      values_(values),
-      resolutions_(resolutions) {}
 
 std::vector<CommandLine> CommandList::Lines() const {
   std::vector<CommandLine> lines;
   try {
-    for (const std::int16_t index : catalogue_.ActiveParams()) {
+    for (const CatalogueIndex index : unit_.catalogue.ActiveParams()) {
       if (Record(index).Name.empty()) continue;
       std::string text = LineText(index);
       if (IsCommandAvailable(index) && IsCommandApplicable(index)) {
@@ -53,30 +32,38 @@ std::vector<CommandLine> CommandList::Lines() const {
   return lines;
 }
 
-bool CommandList::IsCommandAvailable(int index) const {
-  const int address = index + kFirstAddress;
-  const std::int32_t aspect = CurrentValue(IndexOf(kAspectAdjust));
-  if (address == kShrink && CurrentValue(IndexOf(kShrinkEnable)) == 0) return false;
-  if (address >= kFirstAxisScale && address <= kLastAxisScale) return aspect != kSimple;
-  if (address == kZoom || address == kShrink) return aspect != kAdvanced;
-  return true;
+bool CommandList::IsCommandAvailable(CatalogueIndex index) const {
+  const std::int32_t aspect = CurrentValue(IndexOf(address::kAspectAdjust));
+  switch (AddressOf(index)) {
+    case address::kZoom:
+      return aspect != kAdvanced;
+    case address::kShrink:
+      return aspect != kAdvanced && CurrentValue(IndexOf(address::kShrinkEnable)) != 0;
+    case address::kZoomH:
+    case address::kZoomV:
+    case address::kShrinkH:
+    case address::kShrinkV:
+      return aspect != kSimple;
+    default:
+      return true;
+  }
 }
 
-bool CommandList::IsCommandApplicable(int index) const {
+bool CommandList::IsCommandApplicable(CatalogueIndex index) const {
   const ParamRecord& record = Record(index);
   if (!record.PerSource) return true;
   const std::int32_t source = SetupSource();
-  if (!connectivity_.IsFitted(source)) return false;
+  if (!unit_.connectivity.IsFitted(source)) return false;
   if (!record.RgbOnly && !record.VideoOnly) return true;
   return source >= kFirstVideoSource ? record.VideoOnly : record.RgbOnly;
 }
 
 std::int32_t CommandList::SetupSource() const {
-  const std::int32_t source = CurrentValue(IndexOf(kSetupSource));
+  const std::int32_t source = CurrentValue(IndexOf(address::kSetupSource));
   return source == 0 ? kFirstSourceCode : source;
 }
 
-std::string CommandList::LineText(int index) const {
+std::string CommandList::LineText(CatalogueIndex index) const {
   const ParamRecord& record = Record(index);
   const std::int32_t value = CurrentValue(index);
   if (record.HasList) return record.Name + " : " + ListValueText(index, value);
@@ -86,7 +73,7 @@ std::string CommandList::LineText(int index) const {
          std::to_string(record.MaxValue) + "] : " + shown;
 }
 
-std::string CommandList::ListValueText(int index, std::int32_t value) const {
+std::string CommandList::ListValueText(CatalogueIndex index, std::int32_t value) const {
   const ParamRecord& record = Record(index);
   if (record.UseItemData) {
     return record.PerSource ? "T,T" : ItemDataText(record.ListId, value);
@@ -98,25 +85,25 @@ std::string CommandList::ListValueText(int index, std::int32_t value) const {
 /// Label of the first item with the number, of item 0 where no item has it.
 std::string CommandList::ItemDataText(int list, std::int32_t value) const {
   for (int item = 0; item < ValueNames::kItems; ++item) {
-    const std::string& text = names_.Item(list, item);
+    const std::string& text = unit_.value_names.Item(list, item);
     if (text.empty()) continue;
     LabelledNumber entry = SplitItem(text);
     if (entry.number == value) return std::move(entry.label);
   }
-  const std::string& first = names_.Item(list, 0);
+  const std::string& first = unit_.value_names.Item(list, 0);
   return first.empty() ? "ERROR1" : SplitItem(first).label;
 }
 
 std::string CommandList::PositionText(int list, std::int32_t value, const char* missing) const {
-  const std::string& text = names_.Item(list, value);
+  const std::string& text = unit_.value_names.Item(list, value);
   return text.empty() ? missing : text;
 }
 
-std::vector<ValueItem> CommandList::Choices(int index) const {
+std::vector<ValueItem> CommandList::Choices(CatalogueIndex index) const {
   const ParamRecord& record = Record(index);
   std::vector<ValueItem> choices;
   for (int item = 0; item < ValueNames::kItems; ++item) {
-    const std::string& text = names_.Item(record.ListId, item);
+    const std::string& text = unit_.value_names.Item(record.ListId, item);
     if (text.empty()) continue;
     if (record.UseItemData) {
       LabelledNumber entry = SplitItem(text);
@@ -128,7 +115,7 @@ std::vector<ValueItem> CommandList::Choices(int index) const {
   return choices;
 }
 
-int CommandList::CurrentChoice(int index) const {
+int CommandList::CurrentChoice(CatalogueIndex index) const {
   const std::int32_t value = CurrentValue(index);
   const std::vector<ValueItem> choices = Choices(index);
   if (!Record(index).UseItemData) {
@@ -138,7 +125,7 @@ int CommandList::CurrentChoice(int index) const {
   return found == choices.end() ? -1 : static_cast<int>(found - choices.begin());
 }
 
-std::int32_t CommandList::SteppedValue(int index, int step) const {
+std::int32_t CommandList::SteppedValue(CatalogueIndex index, int step) const {
   const std::int64_t lowest = Record(index).MinValue;
   const std::int64_t highest = Record(index).MaxValue;
   // Wide, because a settings file can bring any 32-bit value.
@@ -147,14 +134,15 @@ std::int32_t CommandList::SteppedValue(int index, int step) const {
                                             : std::max(std::min(value, highest), lowest));
 }
 
-bool CommandList::ReadTyped(int index, std::string_view text, std::int32_t& value) const {
+bool CommandList::ReadTyped(CatalogueIndex index, std::string_view text,
+                            std::int32_t& value) const {
   const double number = NumericValue(text);
   if (number < Record(index).MinValue || number > Record(index).MaxValue) return false;
   value = RoundToInt32(number);
   return true;
 }
 
-std::int16_t CommandList::WriteSource(int index) const {
+std::int16_t CommandList::WriteSource(CatalogueIndex index) const {
   return Record(index).PerSource ? NarrowToInt16(SetupSource()) : kFirstSourceCode;
 }
 

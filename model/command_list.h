@@ -5,10 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "link/value_store.h"
-#include "model/connectivity.h"
-#include "model/mod_active_dts.h"
-#include "model/value_names.h"
+#include "model/unit_model.h"
 
 namespace kalde2 {
 
@@ -23,8 +20,8 @@ class ResolutionNames {
 
 /// One line of the command list.
 struct CommandLine {
-  std::string text;        ///< "Zoom Pan H[0,100] : 50", "Lock mode : Off"
-  std::int16_t index = 0;  ///< catalogue index, the line's item data
+  std::string text;      ///< "Zoom Pan H[0,100] : 50", "Lock mode : Off"
+  CatalogueIndex index;  ///< the line's item data
 };
 
 /// One entry of the value editor of a list parameter.
@@ -37,54 +34,55 @@ struct ValueItem {
 /// values they can take. Holds no state of its own.
 class CommandList {
  public:
-  /// Catalogue index of "Resolution", a number that is edited through the resolution list.
-  static constexpr int kResolution = 1;
+  /// "Resolution", a number that is edited through the resolution list.
+  static constexpr CatalogueIndex kResolution = IndexOf(address::kResolution);
 
-  CommandList(const ParamCatalogue& catalogue, const ValueNames& names,
-              const Connectivity& connectivity, ValueStore& values,
-              const ResolutionNames& resolutions);
+  CommandList(UnitModel& unit, const ResolutionNames& resolutions)
+      : unit_(unit), resolutions_(resolutions) {}
 
   /// All lines, in the product's order. A fault in one ends the list there.
   [[nodiscard]] std::vector<CommandLine> Lines() const;
 
   /// False for a parameter that the values of "Shrink Enable" or "Aspect adjust" make meaningless.
-  [[nodiscard]] bool IsCommandAvailable(int index) const;
+  [[nodiscard]] bool IsCommandAvailable(CatalogueIndex index) const;
 
   /// False for a per-source parameter that does not apply to the current setup source.
-  [[nodiscard]] bool IsCommandApplicable(int index) const;
+  [[nodiscard]] bool IsCommandApplicable(CatalogueIndex index) const;
 
   /// The choices of a list parameter: the non-empty items of its list.
-  [[nodiscard]] std::vector<ValueItem> Choices(int index) const;
+  [[nodiscard]] std::vector<ValueItem> Choices(CatalogueIndex index) const;
 
   /// Position in `Choices` that shows the present value; -1 where none does.
-  [[nodiscard]] int CurrentChoice(int index) const;
+  [[nodiscard]] int CurrentChoice(CatalogueIndex index) const;
 
-  [[nodiscard]] std::int32_t CurrentValue(int index) const { return values_.GetParamValue(index); }
+  [[nodiscard]] std::int32_t CurrentValue(CatalogueIndex index) const {
+    return unit_.values.GetParamValue(index);
+  }
 
   /// The present value plus `step`, brought back into the parameter's range; stepping down looks
   /// at the lower limit first.
-  [[nodiscard]] std::int32_t SteppedValue(int index, int step) const;
+  [[nodiscard]] std::int32_t SteppedValue(CatalogueIndex index, int step) const;
 
   /// Reads a typed number. @return true and the value, rounded, when it is in range
-  [[nodiscard]] bool ReadTyped(int index, std::string_view text, std::int32_t& value) const;
+  [[nodiscard]] bool ReadTyped(CatalogueIndex index, std::string_view text,
+                               std::int32_t& value) const;
 
   /// Source field of a write: the current setup source (0 read as 0x10) for a per-source
   /// parameter, 0x10 for any other.
-  [[nodiscard]] std::int16_t WriteSource(int index) const;
+  [[nodiscard]] std::int16_t WriteSource(CatalogueIndex index) const;
 
-  [[nodiscard]] const ParamRecord& Record(int index) const { return catalogue_.Record(index); }
+  [[nodiscard]] const ParamRecord& Record(CatalogueIndex index) const {
+    return unit_.catalogue.Record(index);
+  }
 
  private:
   [[nodiscard]] std::int32_t SetupSource() const;
-  [[nodiscard]] std::string LineText(int index) const;
-  [[nodiscard]] std::string ListValueText(int index, std::int32_t value) const;
+  [[nodiscard]] std::string LineText(CatalogueIndex index) const;
+  [[nodiscard]] std::string ListValueText(CatalogueIndex index, std::int32_t value) const;
   [[nodiscard]] std::string ItemDataText(int list, std::int32_t value) const;
   [[nodiscard]] std::string PositionText(int list, std::int32_t value, const char* missing) const;
 
-  const ParamCatalogue& catalogue_;
-  const ValueNames& names_;
-  const Connectivity& connectivity_;
-  ValueStore& values_;
+  UnitModel& unit_;
   const ResolutionNames& resolutions_;
 };
 

@@ -9,15 +9,7 @@
 namespace kalde2 {
 namespace {
 
-using std::chrono::milliseconds;
-
-constexpr std::int16_t kSourceCodeAddress = 404;
-constexpr std::int16_t kNameIndexAddress = 405;
-
 constexpr int kBarMaximum = 255;
-
-/// The finished bar stays in view this long.
-constexpr milliseconds kShowResult{2000};
 
 struct SourceRange {
   int first;
@@ -55,33 +47,29 @@ bool Connectivity::IsFitted(int source) const {
   return SourceFitted[static_cast<std::size_t>(source)];
 }
 
-ConnectivityReader::ConnectivityReader(Connectivity& connectivity, CommandLink& link, Clock& clock,
-                                       ProgressView& progress, RefreshTimer& refresh)
-    : connectivity_(connectivity),
-      link_(link),
-      clock_(clock),
-      progress_(progress),
-      refresh_(refresh) {}
-
-void ConnectivityReader::ReadConnectivity(std::int32_t /*product_type*/) try {
-  const DetectionPhase detection(link_);
-  refresh_.Disable();
-  progress_.Show();
-  progress_.SetCaption("Reading Connectivity... ");
-  progress_.SetRange(0, kBarMaximum);
-  Reset();
-  for (const SourceRange& range : kRanges) {
-    for (int source = range.first; source <= range.last; ++source) {
-      progress_.SetCaption(std::string(range.caption) + std::to_string(source - range.shown_from));
-      progress_.SetValue(source);
-      ReadSource(source);
+TransferReport ConnectivityReader::ReadConnectivity(std::int32_t /*product_type*/) {
+  TransferReport report;
+  try {
+    const DetectionPhase detection(link_);
+    progress_.Begin();
+    progress_.SetCaption("Reading Connectivity... ");
+    progress_.SetRange(0, kBarMaximum);
+    Reset();
+    for (const SourceRange& range : kRanges) {
+      for (int source = range.first; source <= range.last; ++source) {
+        const std::string number = std::to_string(source - range.shown_from);
+        progress_.SetCaption(std::string(range.caption) + number);
+        progress_.SetValue(source);
+        ReadSource(source, report);
+      }
     }
+    progress_.SetValue(kBarMaximum);
+    report.is_complete = true;
+    progress_.End(true);
+  } catch (const Fault&) {
+    // Ends here, with the progress as it is.
   }
-  progress_.SetValue(kBarMaximum);
-  ServeFor(kShowResult);
-  progress_.Hide();
-} catch (const Fault&) {
-  // Ends here without a message; the progress window stays.
+  return report;
 }
 
 /// All sources but the last: 255 keeps what it has, which is intended.
@@ -92,27 +80,23 @@ void ConnectivityReader::Reset() {
   }
 }
 
-void ConnectivityReader::ReadSource(int source) {
-  const auto read = [&](std::int16_t address) {
-    const std::int32_t value =
-        link_.SendParameter(kRead, static_cast<std::int16_t>(source), 0, address).Value;
+void ConnectivityReader::ReadSource(int source, TransferReport& report) {
+  const auto read = [&](Address address) {
+    const ParameterRequest request = {
+        .is_read = true, .source = static_cast<std::int16_t>(source), .address = address};
+    const Answer answer = link_.Exchange(request);
     // On a port that was closed meanwhile every source would look fitted.
-    if (!link_.PortOpen()) throw Fault("the port was closed");
-    return value;
+    if (report.Count(request, answer.outcome) == Outcome::kClosed) {
+      throw Fault("the port was closed");
+    }
+    return answer.record.Value;
   };
   // Both are read before either is stored: a source that is half read keeps its reset values.
-  const std::int32_t source_code = read(kSourceCodeAddress);
-  const std::int32_t name_index = read(kNameIndexAddress);
+  const std::int32_t source_code = read(address::kSourceCode);
+  const std::int32_t name_index = read(address::kNameIndex);
   const SourceInfoRecord info{NarrowToInt16(source_code), NarrowToInt16(name_index)};
   connectivity_.SourceInfo[static_cast<std::size_t>(source)] = info;
   connectivity_.SourceFitted[static_cast<std::size_t>(source)] = info.NameIndex != kNotFitted;
-}
-
-void ConnectivityReader::ServeFor(milliseconds duration) {
-  const milliseconds end = clock_.Monotonic() + duration;
-  for (milliseconds left = duration; left > milliseconds::zero(); left = end - clock_.Monotonic()) {
-    clock_.ServeEvents(left);
-  }
 }
 
 }  // namespace kalde2

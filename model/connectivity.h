@@ -3,11 +3,10 @@
 #include <array>
 #include <cstdint>
 
-#include "link/clock.h"
 #include "link/mod_comms.h"
 #include "link/mod_datatypes.h"
-#include "link/reply_display.h"
-#include "model/progress_view.h"
+#include "model/progress.h"
+#include "model/transfer_report.h"
 
 namespace kalde2 {
 
@@ -30,29 +29,27 @@ struct Connectivity {
   [[nodiscard]] bool IsFitted(int source) const;
 };
 
-/// Reads the connectivity from the unit, behind the progress window.
+/// Reads the connectivity from the unit.
 class ConnectivityReader {
  public:
-  ConnectivityReader(Connectivity& connectivity, CommandLink& link, Clock& clock,
-                     ProgressView& progress, RefreshTimer& refresh);
+  ConnectivityReader(Connectivity& connectivity, CommandLink& link, Progress& progress)
+      : connectivity_(connectivity), link_(link), progress_(progress) {}
 
-  /// Asks for the four ranges of sources that a unit can have. A source that stays silent looks
-  /// fitted (its record is all zeros), and one that refuses gets the previous answer; both are the
-  /// unit's known behaviour. A failure, the closing of the port for one, ends the read at once: the
-  /// sources read so far keep their values and the progress window stays.
+  /// Asks for the four ranges of sources that a unit can have. `DetectionInProgress` is raised from
+  /// the start to the end. A source that stays silent looks fitted (its record is all zeros), and
+  /// one that refuses gets the previous answer; both are the unit's known behaviour, and the report
+  /// tells of them. A failure, the closing of the port for one, ends the read at once, without an
+  /// end of the progress: the sources read so far keep their values.
   /// @param product_type not looked at: all products are read alike
-  void ReadConnectivity(std::int32_t product_type);
+  TransferReport ReadConnectivity(std::int32_t product_type);
 
  private:
   void Reset();
-  void ReadSource(int source);
-  void ServeFor(std::chrono::milliseconds duration);
+  void ReadSource(int source, TransferReport& report);
 
   Connectivity& connectivity_;
   CommandLink& link_;
-  Clock& clock_;
-  ProgressView& progress_;
-  RefreshTimer& refresh_;
+  Progress& progress_;
 };
 
 }  // namespace kalde2

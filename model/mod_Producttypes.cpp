@@ -115,7 +115,7 @@ static_assert(std::ranges::all_of(kSupportedTypes, [](std::int32_t type) {
 // The parameters of all products in the order of the command list.
 
 struct Parameter {
-  std::int16_t address;
+  Address address;
   std::string_view name;
   std::int16_t minimum;
   std::int16_t maximum;
@@ -211,7 +211,7 @@ constexpr Parameter kInputParameters[] = {
 };
 
 // The small products list the same input adjustments in this order, any other one behind them.
-constexpr std::int16_t kShiftsFirstOrder[] = {182, 183, 222, 223, 163, 197, 198, 199,
+constexpr Address kShiftsFirstOrder[] = {182, 183, 222, 223, 163, 197, 198, 199,
                                               193, 184, 185, 186, 187, 188, 138, 145};
 // clang-format on
 
@@ -274,10 +274,10 @@ void AddProductEntries(ParamCatalogue& catalogue, std::int32_t type) {
   Build6000Catalogue(catalogue, type);
 }
 
-void LoadProductCatalogue(ParamCatalogue& catalogue, ConnectivityReader& connectivity,
-                          std::int32_t type) {
+TransferReport LoadProductCatalogue(ParamCatalogue& catalogue, ConnectivityReader& connectivity,
+                                    std::int32_t type) {
   AddProductEntries(catalogue, type);
-  connectivity.ReadConnectivity(type);
+  return connectivity.ReadConnectivity(type);
 }
 
 }  // namespace kalde2

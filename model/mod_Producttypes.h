@@ -52,7 +52,7 @@ void Build6000Catalogue(ParamCatalogue& catalogue, std::int32_t type);
 void AddProductEntries(ParamCatalogue& catalogue, std::int32_t type);
 
 /// Builds the catalogue of the detected product, then reads the connectivity of its unit.
-void LoadProductCatalogue(ParamCatalogue& catalogue, ConnectivityReader& connectivity,
-                          std::int32_t type);
+TransferReport LoadProductCatalogue(ParamCatalogue& catalogue, ConnectivityReader& connectivity,
+                                    std::int32_t type);
 
 }  // namespace kalde2

@@ -1,17 +1,16 @@
 #include "model/mod_active_dts.h"
 
 #include "link/fault.h"
-#include "link/numbers.h"
 #include "link/per_source.h"
 
 namespace kalde2 {
 namespace {
 
-int CheckedIndex(int index) {
-  if (index < 0 || index >= kCatalogueSize) {
-    throw Fault("catalogue index " + std::to_string(index) + " is outside 0..283");
+std::size_t Checked(CatalogueIndex index) {
+  if (index.number < 0 || index.number >= kCatalogueSize) {
+    throw Fault("catalogue index " + std::to_string(index.number) + " is outside 0..283");
   }
-  return index;
+  return static_cast<std::size_t>(index.number);
 }
 
 }  // namespace
@@ -24,12 +23,12 @@ void ParamCatalogue::BeginBuild() {
   active_params_.clear();
 }
 
-void ParamCatalogue::AddParameter(std::int16_t address, std::string_view name, std::int32_t list,
+void ParamCatalogue::AddParameter(Address address, std::string_view name, std::int32_t list,
                                   std::int16_t minimum, std::int16_t maximum,
                                   Bool16 use_item_data) {
-  const std::int16_t index = NarrowToInt16(address - kFirstAddress);
+  const CatalogueIndex index = IndexOf(address);
   active_params_.push_back(index);
-  ParamRecord& record = records_[static_cast<std::size_t>(CheckedIndex(index))];
+  ParamRecord& record = records_[Checked(index)];
 
   // The scope of a parameter is the unit's, not the product's.
   const PerSourceRow* const per_source = FindPerSource(address);
@@ -49,8 +48,8 @@ void ParamCatalogue::AddParameter(std::int16_t address, std::string_view name, s
   }
 }
 
-const ParamRecord& ParamCatalogue::Record(int index) const {
-  return records_[static_cast<std::size_t>(CheckedIndex(index))];
+const ParamRecord& ParamCatalogue::Record(CatalogueIndex index) const {
+  return records_[Checked(index)];
 }
 
 }  // namespace kalde2

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "link/addresses.h"
 #include "link/mod_datatypes.h"
 #include "link/parameter_scope.h"
 
@@ -36,21 +37,23 @@ class ParamCatalogue : public ParameterScope {
   /// Adds one parameter at the end of `ActiveParams`.
   /// @param list number of the value list, 0 for a numeric parameter
   /// @throws Fault for an address outside 130..413; the index stands in `ActiveParams` then
-  void AddParameter(std::int16_t address, std::string_view name, std::int32_t list,
-                    std::int16_t minimum, std::int16_t maximum, Bool16 use_item_data);
+  void AddParameter(Address address, std::string_view name, std::int32_t list, std::int16_t minimum,
+                    std::int16_t maximum, Bool16 use_item_data);
 
   /// @throws Fault for an index outside 0..283
-  [[nodiscard]] const ParamRecord& Record(int index) const;
+  [[nodiscard]] const ParamRecord& Record(CatalogueIndex index) const;
 
   /// Catalogue indexes of the product's parameters in the order of the command list. Empty before
   /// the first detection and for a product without parameters.
-  [[nodiscard]] const std::vector<std::int16_t>& ActiveParams() const { return active_params_; }
+  [[nodiscard]] const std::vector<CatalogueIndex>& ActiveParams() const { return active_params_; }
 
-  [[nodiscard]] bool IsPerSource(int index) const override { return Record(index).PerSource; }
+  [[nodiscard]] bool IsPerSource(CatalogueIndex index) const override {
+    return Record(index).PerSource;
+  }
 
  private:
   std::array<ParamRecord, kCatalogueSize> records_;
-  std::vector<std::int16_t> active_params_;
+  std::vector<CatalogueIndex> active_params_;
 };
 
 }  // namespace kalde2

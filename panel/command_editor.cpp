@@ -14,6 +14,11 @@ QString FromLatin1(const std::string& text) {
   return QString::fromLatin1(text.c_str());
 }
 
+/// The parameter of a line of the command list.
+CatalogueIndex IndexOfLine(const QListWidgetItem& line) {
+  return {static_cast<std::int16_t>(line.data(Qt::UserRole).toInt())};
+}
+
 }  // namespace
 
 CommandEditor::CommandEditor(VornikForm& form, const CommandList& list, CommandLink& link,
@@ -28,7 +33,7 @@ void CommandEditor::RefreshCommandList() {
   box.clear();
   for (const CommandLine& line : list_.Lines()) {
     auto* const item = new QListWidgetItem(FromLatin1(line.text), &box);
-    item->setData(Qt::UserRole, static_cast<int>(line.index));
+    item->setData(Qt::UserRole, static_cast<int>(line.index.number));
   }
   box.verticalScrollBar()->setValue(scrolled);
   box.setUpdatesEnabled(true);
@@ -44,10 +49,10 @@ void CommandEditor::SelectSavedLine() {
     box.setCurrentRow(saved_command_line_);
     box.verticalScrollBar()->setValue(scrolled);
   }
-  if (!IsBeingEdited(line->data(Qt::UserRole).toInt())) lst_commands_Click();
+  if (!IsBeingEdited(IndexOfLine(*line))) lst_commands_Click();
 }
 
-bool CommandEditor::IsBeingEdited(int index) const {
+bool CommandEditor::IsBeingEdited(CatalogueIndex index) const {
   if (index != current_command_) return false;
   return form_.cbo_command->view()->isVisible() ||
          (form_.txt_commandval->isVisible() && form_.txt_commandval->hasFocus() &&
@@ -57,7 +62,7 @@ bool CommandEditor::IsBeingEdited(int index) const {
 void CommandEditor::lst_commands_Click() {
   const QListWidgetItem* const line = form_.lst_commands->currentItem();
   if (line == nullptr) return;
-  const int index = line->data(Qt::UserRole).toInt();
+  const CatalogueIndex index = IndexOfLine(*line);
   try {
     const ScopedFlag suppress(suppress_command_events_);
     PrepareEditor(index);
@@ -68,7 +73,7 @@ void CommandEditor::lst_commands_Click() {
   saved_command_line_ = form_.lst_commands->currentRow();
 }
 
-void CommandEditor::PrepareEditor(int index) {
+void CommandEditor::PrepareEditor(CatalogueIndex index) {
   const bool as_list = index == CommandList::kResolution || list_.Record(index).HasList;
   ShowEditor(as_list);
   if (as_list) {
@@ -86,7 +91,7 @@ void CommandEditor::ShowEditor(bool as_list) {
   form_.txt_commandval->setVisible(!as_list);
 }
 
-void CommandEditor::FillChoices(int index) {
+void CommandEditor::FillChoices(CatalogueIndex index) {
   QComboBox& combo = *form_.cbo_command;
   combo.clear();
   if (index == CommandList::kResolution) {
@@ -129,14 +134,13 @@ void CommandEditor::txt_commandval_Enter() {
 
 /// Stores and sends. Each parameter counts as a control of its own while the sending has to wait.
 void CommandEditor::Change(std::int32_t value) {
-  const int index = current_command_;
+  const CatalogueIndex index = current_command_;
   const std::int16_t source = list_.WriteSource(index);
   const auto send = [this, index, value, source] {
-    (void)link_.SendParameter(kWrite, source, value,
-                              static_cast<std::int16_t>(index + kFirstAddress));
+    (void)link_.SendParameter(kWrite, source, value, AddressOf(index));
     refresh_.Enable();
   };
-  queue_.Do("lst_commands:" + std::to_string(index), send,
+  queue_.Do("lst_commands:" + std::to_string(index.number), send,
             [this, index, value] { values_.StoreParamValue(index, value); });
 }
 

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 
+#include "link/mod_comms.h"
 #include "model/command_list.h"
-#include "panel/operator_queue.h"
+#include "model/reply_display.h"
 #include "panel/vornik_form.h"
+#include "session/operator_queue.h"
 
 namespace kalde2 {
 
@@ -31,16 +33,16 @@ class CommandEditor {
   /// Enter in `txt_commandval`: sends a number in the parameter's range and ignores any other.
   void txt_commandval_Enter();
 
-  [[nodiscard]] int CurrentCommand() const { return current_command_; }
+  [[nodiscard]] CatalogueIndex CurrentCommand() const { return current_command_; }
   [[nodiscard]] int SavedCommandLine() const { return saved_command_line_; }
 
  private:
-  void PrepareEditor(int index);
-  void FillChoices(int index);
+  void PrepareEditor(CatalogueIndex index);
+  void FillChoices(CatalogueIndex index);
   void ShowEditor(bool as_list);
   void Step(int step);
   void Change(std::int32_t value);
-  [[nodiscard]] bool IsBeingEdited(int index) const;
+  [[nodiscard]] bool IsBeingEdited(CatalogueIndex index) const;
 
   VornikForm& form_;
   const CommandList& list_;
@@ -48,7 +50,7 @@ class CommandEditor {
   ValueStore& values_;
   RefreshTimer& refresh_;
   OperatorQueue& queue_;
-  int current_command_ = 0;
+  CatalogueIndex current_command_;
   int saved_command_line_ = 0;
   bool suppress_command_events_ = false;
 };

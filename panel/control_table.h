@@ -3,14 +3,16 @@
 #include <array>
 #include <cstdint>
 
+#include "link/addresses.h"
+
 namespace kalde2 {
 
 /// A slider of the main window. The address that it shows (its `Tag`) and the one that it writes
 /// are two: the zoom and shrink sliders write the overall parameter and show the horizontal one.
 struct SliderRow {
   const char* name;
-  std::int16_t tag;
-  std::int16_t address;
+  Address tag;
+  Address address;
   int minimum;
   int maximum;
   int initial;
@@ -38,8 +40,8 @@ inline constexpr auto kSliders = std::to_array<SliderRow>({
 /// An arrow pad: `Tag` is the address of its horizontal axis, `TAG2` that of the vertical one.
 struct PadRow {
   const char* name;
-  std::int16_t tag;
-  std::int16_t tag2;
+  Address tag;
+  Address tag2;
   const char* title;
   const char* tooltip;
 };
@@ -52,7 +54,7 @@ inline constexpr auto kPads = std::to_array<PadRow>({
 /// A check box that writes 1 when checked and 0 otherwise; address 0 writes nothing.
 struct CheckRow {
   const char* name;
-  std::int16_t address;
+  Address address;
   const char* caption;
   const char* tooltip;
 };
@@ -84,7 +86,7 @@ inline constexpr const char* kLockModeControl = "opt_lock";
 /// One key limit or softness of the black preset, in the order in which they are written.
 struct PresetRow {
   const char* slider;
-  std::int16_t address;
+  Address address;
   std::int16_t value;
 };
 
@@ -100,20 +102,5 @@ inline constexpr auto kBlackPreset = std::to_array<PresetRow>({
     {"slide_softv", 293,   0},
 });
 // clang-format on
-
-/// Addresses of the combo boxes and commands of the main window.
-namespace address {
-inline constexpr std::int16_t kMainInput = 130;
-inline constexpr std::int16_t kResolution = 131;
-inline constexpr std::int16_t kShrink = 135;
-inline constexpr std::int16_t kProductType = 0xC4;
-inline constexpr std::int16_t kStore = 200;
-inline constexpr std::int16_t kReset = 241;
-inline constexpr std::int16_t kLockMode = 266;
-inline constexpr std::int16_t kSetupSource = 278;
-inline constexpr std::int16_t kLockSource = 329;
-inline constexpr std::int16_t kShrinkEnable = 398;
-inline constexpr std::int16_t kFade = 403;
-}  // namespace address
 
 }  // namespace kalde2

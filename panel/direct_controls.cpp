@@ -10,10 +10,6 @@ constexpr std::int32_t kFadeOut = -1;
 constexpr std::int32_t kRecordedShrink = 90;
 constexpr std::int32_t kCentre = 50;
 
-constexpr int RowOf(int address) {
-  return address - kFirstAddress;
-}
-
 void FillCombo(QComboBox& combo, const ValueNames& names, int list) {
   for (int i = 0; i < ValueNames::kItems; ++i) {
     const std::string& item = names.Item(list, i);
@@ -48,7 +44,7 @@ void DirectControls::SendNow(const std::vector<Write>& writes, Refresh refresh) 
 
 void DirectControls::Record(const std::vector<Write>& writes) {
   for (const Write& write : writes) {
-    if (write.recorded) values_.StoreParamValue(RowOf(write.address), *write.recorded);
+    if (write.recorded) values_.StoreParamValue(IndexOf(write.address), *write.recorded);
   }
 }
 
@@ -57,10 +53,10 @@ void DirectControls::SliderMoved(const SliderRow& row, int value) {
 }
 
 void DirectControls::PadStepped(ArrowControl& pad, int x, int y) {
-  const int horizontal = pad.property("Tag").toInt();
-  const int vertical = pad.TAG2().toInt();
-  const std::int32_t recorded_x = values_.GetParamValue(RowOf(horizontal));
-  const std::int32_t recorded_y = values_.GetParamValue(RowOf(vertical));
+  const Address horizontal = pad.property("Tag").toString().toShort();
+  const Address vertical = pad.TAG2().toShort();
+  const std::int32_t recorded_x = values_.GetParamValue(IndexOf(horizontal));
+  const std::int32_t recorded_y = values_.GetParamValue(IndexOf(vertical));
   if (queue_.IsBulk()) {
     pad.setValueX(recorded_x);
     pad.setValueY(recorded_y);
@@ -73,10 +69,10 @@ void DirectControls::PadStepped(ArrowControl& pad, int x, int y) {
   }
 }
 
-void DirectControls::SendPadAxis(ArrowControl& pad, int address, int value) {
+void DirectControls::SendPadAxis(ArrowControl& pad, Address address, int value) {
   const std::string axis =
       pad.objectName().toStdString() + OperatorQueue::kPartMark + std::to_string(address);
-  Send(axis, {WriteAndRecord(static_cast<std::int16_t>(address), value)}, Refresh::kYes);
+  Send(axis, {WriteAndRecord(address, value)}, Refresh::kYes);
 }
 
 void DirectControls::CheckClicked(const CheckRow& row, bool checked) {
@@ -142,7 +138,7 @@ void DirectControls::ResolutionSelected() {
 }
 
 void DirectControls::Fade() {
-  const bool faded_in = values_.GetParamValue(RowOf(address::kFade)) == kFadeIn;
+  const bool faded_in = values_.GetParamValue(IndexOf(address::kFade)) == kFadeIn;
   Send("cmd_fade", {WriteAndRecord(address::kFade, faded_in ? kFadeOut : kFadeIn)}, Refresh::kNo);
 }
 
@@ -179,7 +175,7 @@ void DirectControls::Reset() {
 }
 
 void DirectControls::SendOnOk(const char* control, const char* prompt, const char* title,
-                              std::int16_t address) {
+                              Address address) {
   queue_.Do(control, [this, prompt, title, address] {
     if (!boxes_.Confirm(prompt, title)) return;
     (void)link_.SendParameter(kWrite, kFirstSourceCode, kOn, address);

@@ -5,10 +5,13 @@
 #include <string_view>
 #include <vector>
 
-#include "files/dialogs.h"
+#include "link/mod_comms.h"
+#include "link/value_store.h"
+#include "model/reply_display.h"
 #include "model/value_names.h"
-#include "panel/operator_queue.h"
+#include "panel/dialogs.h"
 #include "panel/vornik_form.h"
+#include "session/operator_queue.h"
 
 namespace kalde2 {
 
@@ -62,13 +65,13 @@ class DirectControls {
 
  private:
   struct Write {
-    std::int16_t address;
+    Address address;
     std::int32_t value;
     std::optional<std::int32_t> recorded;
   };
   enum class Refresh { kNo, kYes };
 
-  static Write WriteAndRecord(std::int16_t address, std::int32_t value) {
+  static Write WriteAndRecord(Address address, std::int32_t value) {
     return {address, value, value};
   }
   void Send(std::string_view control, const std::vector<Write>& writes, Refresh refresh);
@@ -76,8 +79,8 @@ class DirectControls {
   [[nodiscard]] std::vector<Write> LockSourceWrites() const;
   [[nodiscard]] std::vector<Write> ProgramWrites() const;
   void Record(const std::vector<Write>& writes);
-  void SendOnOk(const char* control, const char* prompt, const char* title, std::int16_t address);
-  void SendPadAxis(ArrowControl& pad, int address, int value);
+  void SendOnOk(const char* control, const char* prompt, const char* title, Address address);
+  void SendPadAxis(ArrowControl& pad, Address address, int value);
 
   VornikForm& form_;
   CommandLink& link_;

@@ -3,9 +3,9 @@
 #include <QDialog>
 #include <QLabel>
 #include <QProgressBar>
+#include <string_view>
 
 #include "link/clock.h"
-#include "model/progress_view.h"
 #include "panel/frame_limiter.h"
 
 namespace kalde2 {
@@ -25,21 +25,26 @@ class StillProgressBar : public QProgressBar {
 /// hold what a step sets from that moment on; only the painting waits for the next frame. Modeless
 /// and owned by the main window, which keeps the keyboard. Closing it only takes it out of sight;
 /// the transfer goes on. Esc is the main window's, as it is there.
-class frm_Progress : public QDialog, public ProgressView {
+class frm_Progress : public QDialog {
   Q_OBJECT
 
  public:
   frm_Progress(QWidget* owner, Clock& clock);
 
-  void Show() override;
-  void Hide() override;
-  void SetCaption(std::string_view text) override;
-  void SetRange(int minimum, int maximum) override;
-  void SetValue(int value) override;
+  void Show();
+  void Hide();
+  void SetCaption(std::string_view text);
 
-  /// The first time after Show() waits, a moment at most, until the desktop has put the window up,
-  /// so that what blocks it afterwards finds it painted.
-  void PaintNow() override;
+  /// Sets the ends of the bar, and the bar to its beginning; with both 0 it stands still.
+  void SetRange(int minimum, int maximum);
+
+  /// Sets the bar; a value outside the range is ignored.
+  void SetValue(int value);
+
+  /// Paints what was set, for those who sleep next. The first time after Show() waits, a moment at
+  /// most, until the desktop has put the window up, so that what blocks it afterwards finds it
+  /// painted.
+  void PaintNow();
 
  signals:
   /// Raised by PaintNow(): nothing is painted for a while.

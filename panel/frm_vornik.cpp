@@ -26,22 +26,42 @@ constexpr std::int32_t kUnderscan = 90;
 
 }  // namespace
 
-frm_vornik::frm_vornik(const Platform& platform) : platform_(platform), form_(*this) {
+frm_vornik::frm_vornik(const Platform& platform)
+    : platform_(platform),
+      form_(*this),
+      frames_(this),
+      progress_(this, platform.clock),
+      painter_(form_, queue_),
+      refresh_(*form_.tmr_updatelstCommands),
+      session_(platform.port, platform.clock, painter_, refresh_, queue_, *this),
+      gate_(*form_.fra_control, queue_),
+      command_list_(session_.Unit(), resolutions_),
+      direct_(form_, session_.Link(), session_.Unit().values, refresh_, queue_, platform.boxes),
+      editor_(form_, command_list_, session_.Link(), session_.Unit().values, refresh_, queue_),
+      connection_(form_, session_, queue_, platform.clock, refresh_, progress_, platform.boxes,
+                  OpenSteps()),
+      settings_file_(session_.Unit(), platform.boxes, platform.dialogs),
+      resolution_menu_(resolutions_, session_.Link(), platform.clock, progress_, platform.boxes),
+      clone_progress_(progress_, platform.clock, ShownProgress::Result::kGoesAtOnce),
+      clone_(session_.Unit(), session_.Link(), clone_progress_),
+      autoset_progress_(progress_, platform.clock, ShownProgress::Result::kStaysSlept),
+      autoset_(session_.Link(), platform.clock, autoset_progress_) {
   setObjectName(QStringLiteral("frm_vornik"));
   setWindowTitle(QString::fromLatin1(AppInfo::kTitle));
-}
-
-frm_vornik::~frm_vornik() {
-  platform_.port.SetListener(nullptr);
-}
-
-void frm_vornik::Attach(const Parts& parts) {
-  parts_.emplace(parts);
+  connect(&progress_, &frm_Progress::SleepFollows, &frames_, &FrameLimiter::PaintNow);
   Form_Load();
   ConnectConnection();
   ConnectControls();
   ConnectMenus();
-  platform_.port.SetListener(this);
+}
+
+frm_vornik::~frm_vornik() {
+  Form_Terminate();
+}
+
+UnitConnection::Steps frm_vornik::OpenSteps() {
+  return {.refresh_command_list = [this] { editor_.RefreshCommandList(); },
+          .fill_source_combos = [this] { direct_.FillSourceCombos(session_.Unit().value_names); }};
 }
 
 template <typename Handler>
@@ -60,7 +80,7 @@ auto frm_vornik::Guarded(Handler handler) {
 void frm_vornik::Form_Load() {
   const auto [baud, port] = LoadSerialSettings();
   FillResolutionList();
-  parts_->direct.Black();  // only moves the sliders: the port is closed
+  direct_.Black();  // only moves the sliders: the port is closed
   form_.SetPanelEnabled(false);
   for (const char* const rate : kBaudRates) form_.cbo_baud->addItem(QLatin1String(rate));
   form_.cbo_baud->setCurrentIndex(
@@ -68,7 +88,6 @@ void frm_vornik::Form_Load() {
   form_.txt_port->setText(port);
   form_.SetAdvancedHeight(false);
   form_.mnu_function_advanced->setChecked(false);
-  LoadInputNames(parts_->unit.input_names);
   form_.Cmd_openclose->setFocus();
 }
 
@@ -96,8 +115,7 @@ void frm_vornik::SaveSerialSettings() {
 }
 
 void frm_vornik::FillResolutionList() {
-  for (const ResolutionItem& item :
-       parts_->resolution_data.FillResolutionList(kResolutionFileName)) {
+  for (const ResolutionItem& item : resolution_menu_.FillResolutionList()) {
     form_.cbo_resolution->addItem(QString::fromLatin1(item.text.c_str()), item.data);
   }
   form_.cbo_resolution->setCurrentIndex(0);
@@ -113,8 +131,7 @@ void frm_vornik::mnu_file_exit_Click() {
 }
 
 void frm_vornik::Form_Terminate() {
-  parts_->connection.ShutPort();
-  parts_->queue.Abandon();
+  connection_.ShutPort();
   platform_.end_program();
 }
 
@@ -136,35 +153,26 @@ void frm_vornik::ConnectConnection() {
 }
 
 void frm_vornik::Cmd_openclose_Click() {
-  if (form_.Cmd_openclose->text() == QLatin1String("Open &Port")) {
-    parts_->queue.DoInBulk("Cmd_openclose", [this] { OpenPort(); });
+  if (!session_.PortOpen()) {
+    queue_.DoInBulk("Cmd_openclose", [this] { OpenPort(); });
   } else {
     ClosePort();
   }
 }
 
 void frm_vornik::OpenPort() {
-  // What is still in the ring is of the unit before, and would be shown as this one's.
-  ring_.Clear();
+  // The session forgets what it was to cut frames from.
   form_.TmrProcessMessage->stop();
-  parts_->connection.Open();
+  connection_.Open();
 }
 
 void frm_vornik::ClosePort() {
-  parts_->connection.Close();
-  parts_->queue.Abandon();
-}
-
-void frm_vornik::PortLost(const std::string& reason) {
-  ClosePort();
-  parts_->queue.Do("MSComm1", [this, reason] {
-    platform_.boxes.Show("The serial port was lost: " + reason, BoxIcon::kCritical, "Connect");
-  });
+  connection_.Close();
 }
 
 /// While the port is open, Esc closes it.
 void frm_vornik::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && platform_.port.PortOpen()) {
+  if (event->key() == Qt::Key_Escape && session_.PortOpen()) {
     form_.Cmd_openclose->click();
   } else {
     QMainWindow::keyPressEvent(event);
@@ -237,37 +245,30 @@ void frm_vornik::UpdatePortHint() {
                                  .arg(form_.txt_port->text(), shown, list));
 }
 
-void frm_vornik::MSComm1_OnComm() {
-  if (parts_->link.CommsBusy()) return;
-  try {
-    ring_.Store(platform_.port.Input());
-  } catch (const Fault&) {
-    return;  // the line is gone, and PortLost() on its way
-  }
-  if (ring_.HasData() && !form_.TmrProcessMessage->isActive()) form_.TmrProcessMessage->start();
+void frm_vornik::UnaskedArrived() {
+  if (!form_.TmrProcessMessage->isActive()) form_.TmrProcessMessage->start();
 }
 
 void frm_vornik::TmrProcessMessage_Timer() {
-  if (const auto frame = ring_.NextFrame()) parts_->link.ParseReply(*frame);
-  if (ring_.IsDrained()) form_.TmrProcessMessage->stop();
+  if (session_.ProcessUnasked()) form_.TmrProcessMessage->stop();
 }
 
 void frm_vornik::tmr_updatelstCommands_Timer() {
-  if (parts_->connection.UnitConnected()) parts_->editor.RefreshCommandList();
-  parts_->refresh.Disable();
-  parts_->editor.SelectSavedLine();
+  if (session_.UnitConnected()) editor_.RefreshCommandList();
+  refresh_.Disable();
+  editor_.SelectSavedLine();
 }
 
 void frm_vornik::cmd_test_Click() {
-  parts_->link.ParseReply("F441041010A000002A2\r");
-  parts_->link.ParseReply("F441041018E00000125\r");
+  session_.Link().ParseReply("F441041010A000002A2\r");
+  session_.Link().ParseReply("F441041018E00000125\r");
 }
 
 // ------------------------------------------------------------------------------------ controls
 
 void frm_vornik::ConnectControls() {
-  DirectControls& direct = parts_->direct;
-  CommandEditor& editor = parts_->editor;
+  DirectControls& direct = direct_;
+  CommandEditor& editor = editor_;
   for (std::size_t i = 0; i < kSliders.size(); ++i) {
     connect(form_.sliders[i], &cpvSlider::Moved, this,
             Guarded([&direct, i](int value) { direct.SliderMoved(kSliders[i], value); }));
@@ -316,7 +317,7 @@ void frm_vornik::ConnectControls() {
 }
 
 void frm_vornik::cmd_autoset_Click() {
-  parts_->queue.DoInBulk("cmd_autoset", [this] { parts_->autoset.Run(); });
+  queue_.DoInBulk("cmd_autoset", [this] { autoset_.Run(); });
 }
 
 // --------------------------------------------------------------------------------------- menus
@@ -340,34 +341,31 @@ void frm_vornik::ConnectMenus() {
 }
 
 void frm_vornik::mnu_file_load_Click() {
-  parts_->queue.Do("mnu_file_load", [this] { parts_->settings_file.LoadSettingsFile(); });
+  queue_.Do("mnu_file_load", [this] { settings_file_.LoadSettingsFile(); });
 }
 
 void frm_vornik::mnu_file_save_Click() {
-  parts_->queue.Do("mnu_file_save", [this] {
-    parts_->settings_file.SaveSettingsFile(parts_->connection.ProductType());
-  });
+  queue_.Do("mnu_file_save", [this] { settings_file_.SaveSettingsFile(session_.ProductType()); });
 }
 
 void frm_vornik::mnu_clone_read_Click() {
-  parts_->queue.DoInBulk("mnu_clone_read", [this] { parts_->clone.CloneRead(); });
+  queue_.DoInBulk("mnu_clone_read", [this] { clone_.CloneRead(); });
 }
 
 void frm_vornik::menu_clone_write_Click() {
-  parts_->queue.DoInBulk("menu_clone_write", [this] { parts_->clone.CloneWrite(); });
+  queue_.DoInBulk("menu_clone_write", [this] { clone_.CloneWrite(); });
 }
 
 void frm_vornik::mnu_function_refreshRes_Click() {
-  parts_->queue.DoInBulk("mnu_function_refreshRes",
-                         [this] { parts_->resolution_data.FetchResolutionData(); });
+  queue_.DoInBulk("mnu_function_refreshRes", [this] { resolution_menu_.FetchResolutionData(); });
 }
 
 void frm_vornik::cmd_function_strore_Click() {
-  parts_->direct.Store();
+  direct_.Store();
 }
 
 void frm_vornik::mnu_function_reset_Click() {
-  parts_->direct.Reset();
+  direct_.Reset();
 }
 
 /// The click has set the check mark already. The shrink controls are shown with the advanced view
@@ -382,7 +380,7 @@ void frm_vornik::mnu_function_aspect_Click() {
   const bool aspect = form_.mnu_function_aspect->isChecked();
   form_.SetAspectVisible(aspect);
   // While the connectivity is read there is no list to refresh; the opening's end does that.
-  if (aspect && !parts_->link.DetectionInProgress()) parts_->refresh.Enable();
+  if (aspect && !session_.Link().DetectionInProgress()) refresh_.Enable();
 }
 
 void frm_vornik::mnu_about_Click() {

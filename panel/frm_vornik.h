@@ -3,47 +3,47 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <cstdint>
-#include <functional>
-#include <optional>
 #include <string>
+#include <utility>
 
+#include "files/clone.h"
+#include "model/autoset.h"
+#include "model/command_list.h"
 #include "panel/command_editor.h"
 #include "panel/direct_controls.h"
+#include "panel/frame_limiter.h"
 #include "panel/frm_About.h"
+#include "panel/frm_Progress.h"
+#include "panel/input_gate.h"
+#include "panel/platform.h"
+#include "panel/reply_painter.h"
+#include "panel/resolution_menu.h"
+#include "panel/settings_file.h"
+#include "panel/shown_progress.h"
 #include "panel/unit_connection.h"
-#include "panel/unit_services.h"
 #include "panel/vornik_form.h"
+#include "session/session.h"
 
 namespace kalde2 {
 
-/// The main window: connects what the operator does, the timers and the port's events with the
-/// parts that carry it out, and holds nothing of the unit itself.
-class frm_vornik : public QMainWindow, public PortListener {
+/// The main window, and with it the whole panel on a platform: it connects what the operator does,
+/// the timers and the session's events with the parts that carry it out, and computes nothing
+/// itself. There is no other state in the program.
+class frm_vornik : public QMainWindow, private SessionEvents {
   Q_OBJECT
 
  public:
-  /// The parts that the handlers call. All outlive the window's last event.
-  struct Parts {
-    CommandLink& link;
-    UnitModel& unit;
-    OperatorQueue& queue;
-    DirectControls& direct;
-    CommandEditor& editor;
-    UnitConnection& connection;
-    CloneTransfer& clone;
-    SettingsFile& settings_file;
-    ResolutionData& resolution_data;
-    Autoset& autoset;
-    RefreshTimer& refresh;
-  };
-
+  /// Composes the panel and runs the start-up. The window is not shown yet.
   explicit frm_vornik(const Platform& platform);
+
+  /// Shuts the port and ends the program, saving nothing.
   ~frm_vornik() override;
 
   [[nodiscard]] VornikForm& Form() { return form_; }
-
-  /// Connects the handlers and runs the start-up sequence.
-  void Attach(const Parts& parts);
+  [[nodiscard]] FrameLimiter& Frames() { return frames_; }
+  [[nodiscard]] frm_Progress& Progress() { return progress_; }
+  [[nodiscard]] Session& UnitSession() { return session_; }
+  [[nodiscard]] CommandEditor& Editor() { return editor_; }
 
   /// The window object is going: shuts the port and ends the program, saving nothing.
   void Form_Terminate();
@@ -53,12 +53,6 @@ class frm_vornik : public QMainWindow, public PortListener {
   [[nodiscard]] static std::string changetohex(std::string& strtochange);
   [[nodiscard]] static std::string changetoasc(std::string& strtochange);
   [[nodiscard]] static std::string ConvertBinary(std::string& hex);
-
-  /// The port's receive event: keeps what arrives unasked, unless a transaction owns the port.
-  void MSComm1_OnComm() override;
-
-  /// The port is gone and closed: so is the panel, and the operator is told once.
-  void PortLost(const std::string& reason) override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -95,6 +89,13 @@ class frm_vornik : public QMainWindow, public PortListener {
   void FillResolutionList();
   void OpenPort();
   void ClosePort();
+  [[nodiscard]] UnitConnection::Steps OpenSteps();
+
+  void PortOpened() override { connection_.ShowPortOpen(); }
+  void UnitFound(const Product& product) override { connection_.ShowUnit(product); }
+  void UnaskedArrived() override;
+  void PortLost(const std::string& reason) override { connection_.ShowLoss(reason); }
+
   void UpdatePortHint();
 
   void ConnectControls();
@@ -107,8 +108,24 @@ class frm_vornik : public QMainWindow, public PortListener {
 
   Platform platform_;
   VornikForm form_;
-  ReceiveRing ring_;
-  std::optional<Parts> parts_;
+  FrameLimiter frames_;
+  frm_Progress progress_;
+  OperatorQueue queue_;
+  ReplyPainter painter_;
+  ListRefreshTimer refresh_;
+  Session session_;
+  InputGate gate_;
+  ResolutionTable resolutions_;
+  CommandList command_list_;
+  DirectControls direct_;
+  CommandEditor editor_;
+  UnitConnection connection_;
+  SettingsFile settings_file_;
+  ResolutionMenu resolution_menu_;
+  ShownProgress clone_progress_;
+  CloneTransfer clone_;
+  ShownProgress autoset_progress_;
+  Autoset autoset_;
   QPointer<frm_About> about_;
   bool is_painted_ = false;  ///< the window has been in view
 };

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "panel/operator_queue.h"
+#include "session/operator_queue.h"
 
 namespace kalde2 {
 

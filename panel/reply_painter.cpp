@@ -19,7 +19,8 @@ int FindItemDataIndex(std::int16_t value, const QComboBox& list) {
   return index < 0 ? 0 : index;
 }
 
-ReplyPainter::ReplyPainter(VornikForm& form) : form_(form) {
+ReplyPainter::ReplyPainter(VornikForm& form, const OperatorQueue& queue)
+    : form_(form), queue_(queue) {
   for (QWidget* const control : form.ReplyControls()) {
     const QVariant tag = control->property("Tag");
     if (!tag.isValid()) continue;
@@ -34,7 +35,7 @@ void ReplyPainter::ShowAspectAdjust(bool advanced) {
 }
 
 void ReplyPainter::ShowLockMode(std::int32_t value) {
-  if (queue_ != nullptr && queue_->HasKept(kLockModeControl)) return;
+  if (queue_.HasKept(kLockModeControl)) return;
   form_.SelectLockMode(value);
   // The option buttons' own effect: genlock and mix have a source, off has none.
   if (value >= 0 && static_cast<std::size_t>(value) < kLockModes.size()) {
@@ -84,7 +85,7 @@ void ReplyPainter::ShowOnOther(QWidget& control, std::int32_t value) const {
 }
 
 bool ReplyPainter::HasNewer(const QWidget& control) const {
-  return queue_ != nullptr && queue_->HasKept(control.objectName().toStdString());
+  return queue_.HasKept(control.objectName().toStdString());
 }
 
 }  // namespace kalde2

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "link/reply_display.h"
-#include "panel/operator_queue.h"
+#include "model/reply_display.h"
 #include "panel/vornik_form.h"
+#include "session/operator_queue.h"
 
 namespace kalde2 {
 
@@ -19,10 +19,8 @@ class ReplyPainter : public ReplyDisplay {
  public:
   /// Notes the tags, which stay as the form has set them: to ask every control at every reply would
   /// cost more than all the rest of a reply.
-  explicit ReplyPainter(VornikForm& form);
-
-  /// Where newer changes of the operator wait; without one no change waits.
-  void SetQueue(const OperatorQueue* queue) { queue_ = queue; }
+  /// @param queue where newer changes of the operator wait
+  ReplyPainter(VornikForm& form, const OperatorQueue& queue);
 
   void ShowAspectAdjust(bool advanced) override;
   void ShowLockMode(std::int32_t value) override;
@@ -43,8 +41,8 @@ class ReplyPainter : public ReplyDisplay {
   [[nodiscard]] bool HasNewer(const QWidget& control) const;
 
   VornikForm& form_;
+  const OperatorQueue& queue_;
   std::vector<Tagged> tagged_;
-  const OperatorQueue* queue_ = nullptr;
 };
 
 /// `tmr_updatelstCommands` as the link knows it.

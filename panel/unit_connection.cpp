@@ -1,9 +1,5 @@
 #include "panel/unit_connection.h"
 
-#include "link/fault.h"
-#include "link/numbers.h"
-#include "model/mod_Producttypes.h"
-
 namespace kalde2 {
 namespace {
 
@@ -13,50 +9,40 @@ std::string Text(const QString& text) {
 
 }  // namespace
 
-UnitConnection::UnitConnection(VornikForm& form, SerialPort& port, CommandLink& link,
-                               RefreshTimer& refresh, ProgressView& progress, MessageBoxes& boxes,
-                               Steps steps)
+UnitConnection::UnitConnection(VornikForm& form, Session& session, OperatorQueue& queue,
+                               Clock& clock, RefreshTimer& refresh, frm_Progress& progress,
+                               MessageBoxes& boxes, Steps steps)
     : form_(form),
-      port_(port),
-      link_(link),
+      session_(session),
+      queue_(queue),
       refresh_(refresh),
       progress_(progress),
+      connectivity_progress_(progress, clock, ShownProgress::Result::kStaysServed),
       boxes_(boxes),
       steps_(std::move(steps)) {}
 
 void UnitConnection::Open() {
-  // From here to the next connectivity that is read, replies are left to the caller. A failed
-  // detection leaves it so, which is intended.
-  link_.SetDetectionInProgress(true);
-  if (const std::string error = OpenPort(); !error.empty()) {
-    boxes_.Show(error, BoxIcon::kCritical, "Error opening port - choose another port");
-    return;
-  }
-  ShowPortOpen();
-  const ReplyRecord reply = link_.SendParameter(kRead, kFirstSourceCode, 0, address::kProductType);
-  if (!port_.PortOpen()) return;
-  const Product* const product = reply.Valid ? FindSupportedProduct(reply.Value) : nullptr;
-  if (product != nullptr) {
-    EnterOpenState(*product);
-    LoadTables();
-  } else {
-    EnterClosedState();
-    ReportFailure(reply.Valid);
-  }
-}
-
-/// @return what went wrong, empty on success
-std::string UnitConnection::OpenPort() {
-  try {
-    const double baud = NumericValue(Text(form_.cbo_baud->currentText()));
-    PortSetup setup;
-    setup.settings = std::to_string(RoundToInt32(baud)) + ",N,8,1";
-    setup.handshaking = Handshaking::kRtsXonXoff;
-    setup.dtr_enable = true;
-    setup.comm_port = RoundToInt16(NumericValue(Text(form_.txt_port->text())));
-    return port_.Open(setup).value_or(std::string());
-  } catch (const Fault&) {
-    return "There is no serial port " + Text(form_.txt_port->text()) + " on this computer";
+  using Ending = OpenResult::Ending;
+  const OpenResult result =
+      session_.Open(Text(form_.cbo_baud->currentText()), Text(form_.txt_port->text()));
+  switch (result.ending) {
+    case Ending::kOpened:
+      LoadTables();
+      return;
+    case Ending::kPortFailed:
+      boxes_.Show(result.text, BoxIcon::kCritical, "Error opening port - choose another port");
+      return;
+    case Ending::kNoAnswer:
+      ShowPanelClosed();
+      boxes_.Show("Could not read the product type.\r\n Please ensure the unit is connected",
+                  BoxIcon::kCritical, "Connect");
+      return;
+    case Ending::kNotSupported:
+      ShowPanelClosed();
+      boxes_.Show("Product not supported", BoxIcon::kExclamation, "Connect");
+      return;
+    case Ending::kClosedMeanwhile:
+      return;
   }
 }
 
@@ -66,18 +52,12 @@ void UnitConnection::ShowPortOpen() {
   form_.txt_port->setEnabled(false);
 }
 
-void UnitConnection::EnterOpenState(const Product& product) {
-  unit_connected_ = true;
-  product_type_ = product.type;
+void UnitConnection::ShowUnit(const Product& product) {
   const std::string_view model = product.model_code;
   form_.ShowOpen(QStringLiteral("OPEN : ") +
                  QString::fromLatin1(model.data(), static_cast<qsizetype>(model.size())));
   refresh_.Enable();
   form_.SetPanelEnabled(true);
-  OfferControls(product);
-}
-
-void UnitConnection::OfferControls(const Product& product) {
   form_.SetFeatureControlsEnabled(product.feature_controls);
   form_.cmd_autoset->setEnabled(product.autoset);
   if (!product.feature_controls || product.no_overscan) {
@@ -87,31 +67,23 @@ void UnitConnection::OfferControls(const Product& product) {
 }
 
 void UnitConnection::LoadTables() {
-  const auto run = [this](const auto& step) {
-    if (!port_.PortOpen()) return;
-    try {
-      step();
-    } catch (const Fault&) {
-      // Partial effects stay, the next step runs.
-    }
-  };
-  run([this] { steps_.load_product_catalogue(product_type_); });
-  run([this] { steps_.load_value_names(product_type_); });
-  run([this] {
+  // There is no list to refresh while the connectivity is read.
+  refresh_.Disable();
+  session_.LoadTables(connectivity_progress_);
+  session_.RunStep([this] {
     steps_.refresh_command_list();
     refresh_.Enable();
   });
-  run([this] { steps_.fill_source_combos(); });
+  session_.RunStep([this] { steps_.fill_source_combos(); });
 }
 
 void UnitConnection::Close() {
-  EnterClosedState();
+  session_.Close();
+  ShowPanelClosed();
   progress_.Hide();
 }
 
-void UnitConnection::EnterClosedState() {
-  port_.Close();
-  unit_connected_ = false;
+void UnitConnection::ShowPanelClosed() {
   form_.ShowClosed();
   form_.txt_port->setEnabled(true);
   form_.SetFeatureControlsEnabled(true);
@@ -119,17 +91,16 @@ void UnitConnection::EnterClosedState() {
   form_.lst_commands->clear();
 }
 
-void UnitConnection::ReportFailure(bool answered) {
-  if (answered) {
-    boxes_.Show("Product not supported", BoxIcon::kExclamation, "Connect");
-  } else {
-    boxes_.Show("Could not read the product type.\r\n Please ensure the unit is connected",
-                BoxIcon::kCritical, "Connect");
-  }
+void UnitConnection::ShowLoss(const std::string& reason) {
+  ShowPanelClosed();
+  progress_.Hide();
+  queue_.Do("MSComm1", [this, reason] {
+    boxes_.Show("The serial port was lost: " + reason, BoxIcon::kCritical, "Connect");
+  });
 }
 
 void UnitConnection::ShutPort() {
-  port_.Close();
+  session_.Close();
   progress_.Hide();
   form_.ShowClosed();
 }

@@ -1,36 +1,31 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 
-#include "model/mod_Producttypes.h"
-#include "model/progress_view.h"
-#include "panel/unit_services.h"
+#include "panel/dialogs.h"
+#include "panel/frm_Progress.h"
+#include "panel/shown_progress.h"
 #include "panel/vornik_form.h"
+#include "session/session.h"
 
 namespace kalde2 {
 
-/// Opening and closing of the port, and the detection of the unit behind it.
-///
-/// The operator may close the port at any moment, also in the midst of an opening: what runs then
-/// finds the port closed and ends without another word.
+/// Opening and closing of the port as the operator meets them: what the form shows of the session,
+/// and the words for what went wrong.
 class UnitConnection {
  public:
-  /// The steps that follow a detection, in this order. A fault in one skips the rest of that step.
+  /// The steps that follow the loading of the tables, in this order.
   struct Steps {
-    std::function<void(std::int32_t product_type)> load_product_catalogue;
-    std::function<void(std::int32_t product_type)> load_value_names;
     std::function<void()> refresh_command_list;
     std::function<void()> fill_source_combos;
   };
 
-  UnitConnection(VornikForm& form, SerialPort& port, CommandLink& link, RefreshTimer& refresh,
-                 ProgressView& progress, MessageBoxes& boxes, Steps steps);
+  UnitConnection(VornikForm& form, Session& session, OperatorQueue& queue, Clock& clock,
+                 RefreshTimer& refresh, frm_Progress& progress, MessageBoxes& boxes, Steps steps);
 
-  /// Opens the port that the form names, reads the product type, and on a supported product
-  /// enables what it offers and fills the tables. Otherwise tells the operator why not and leaves
-  /// the panel closed.
+  /// Opens the port that the form names, and on a supported product enables what it offers and
+  /// fills the tables. Otherwise tells the operator why not and leaves the panel closed.
   void Open();
 
   /// Closes the port and the panel.
@@ -40,30 +35,23 @@ class UnitConnection {
   /// ends.
   void ShutPort();
 
-  /// True once the unit has answered and is supported.
-  [[nodiscard]] bool UnitConnected() const { return unit_connected_; }
-
-  /// The product type of the last successful detection.
-  [[nodiscard]] std::int32_t ProductType() const { return product_type_; }
+  // What the session tells in the midst of an opening, and of its loss.
+  void ShowPortOpen();
+  void ShowUnit(const Product& product);
+  void ShowLoss(const std::string& reason);
 
  private:
-  [[nodiscard]] std::string OpenPort();
-  void ShowPortOpen();
-  void EnterOpenState(const Product& product);
-  void OfferControls(const Product& product);
   void LoadTables();
-  void EnterClosedState();
-  void ReportFailure(bool answered);
+  void ShowPanelClosed();
 
   VornikForm& form_;
-  SerialPort& port_;
-  CommandLink& link_;
+  Session& session_;
+  OperatorQueue& queue_;
   RefreshTimer& refresh_;
-  ProgressView& progress_;
+  frm_Progress& progress_;
+  ShownProgress connectivity_progress_;
   MessageBoxes& boxes_;
   Steps steps_;
-  bool unit_connected_ = false;
-  std::int32_t product_type_ = 0;
 };
 
 }  // namespace kalde2

@@ -84,9 +84,8 @@ FrontPanelResult FrontPanel::Set(const Words& words) {
   const std::optional<int> address = AddressOf(words[1]);
   const std::optional<int> value = ValueOf(words[2]);
   if (!address || !value) return Say("set needs an address of 130..413 and a 24-bit value");
-  const int current = unit_.Catalogue().IsPerSource(*address - kFirstParameter)
-                          ? unit_.CurrentSource()
-                          : kFirstSourceCode;
+  const int current =
+      unit_.Catalogue().IsPerSource(IndexOf(*address)) ? unit_.CurrentSource() : kFirstSourceCode;
   const std::optional<int> source = words.size() > 3 ? SourceOf(words[3]) : current;
   if (!source) return Say("a source is 0..255");
   return {{}, unit_.ChangeAtFrontPanel(*address, *source, *value), LineOrder::kNone, 0};

@@ -41,7 +41,7 @@ ParameterBank::ParameterBank(const ParamCatalogue& catalogue,
 }
 
 bool ParameterBank::IsPerSource(int address) const {
-  return catalogue_.Record(address - kFirstParameter).PerSource;
+  return catalogue_.Record(IndexOf(address)).PerSource;
 }
 
 std::size_t ParameterBank::Column(int address, int source) const {
@@ -75,7 +75,7 @@ std::int32_t ParameterBank::FactoryValue(int address) const {
       std::find_if(kFactorySettings.begin(), kFactorySettings.end(),
                    [&](const FactorySetting& candidate) { return candidate.address == address; });
   const std::int32_t value = setting == kFactorySettings.end() ? 0 : setting->value;
-  const ParamRecord& record = catalogue_.Record(address - kFirstParameter);
+  const ParamRecord& record = catalogue_.Record(IndexOf(address));
   if (!record.Active || record.HasList) return value;
   return std::clamp<std::int32_t>(value, record.MinValue, record.MaxValue);
 }

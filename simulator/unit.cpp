@@ -170,7 +170,7 @@ std::int32_t SimulatedUnit::ReadAutoset() {
 
 void SimulatedUnit::FinishAutoset() {
   for (const Adjustment& adjustment : kAutosetAdjustments) {
-    const ParamRecord& record = catalogue_.Record(adjustment.address - kFirstParameter);
+    const ParamRecord& record = catalogue_.Record(IndexOf(adjustment.address));
     const std::int32_t value = bank_.Get(adjustment.address, autoset_source_) + adjustment.step;
     const bool is_in_range =
         !record.Active || (value >= record.MinValue && value <= record.MaxValue);

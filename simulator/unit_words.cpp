@@ -64,7 +64,7 @@ std::string UnitWords::OfReply(std::string_view bytes) const {
 
 const ParamRecord* UnitWords::ListedRecord(int address) const {
   if (!IsParameter(address) || FindSpecial(address) != nullptr) return nullptr;
-  const ParamRecord& record = catalogue_.Record(address - kFirstParameter);
+  const ParamRecord& record = catalogue_.Record(IndexOf(address));
   return record.Active ? &record : nullptr;
 }
 

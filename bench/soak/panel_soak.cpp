@@ -63,7 +63,8 @@ TEST_F(PanelSoak, AHundredThousandUnaskedFrames) {
   SendUnasked(kFrames);
   memory.Finish(kFrames, "unasked frames");
   // No frame is lost or late: the panel shows what the unit sent last.
-  EXPECT_EQ(panel->Unit().values.ParamValue(kZoomPanH - kFirstAddress), unit->Value(kZoomPanH, 16));
+  EXPECT_EQ(panel->UnitSession().Unit().values.ParamValue(IndexOf(kZoomPanH)),
+            unit->Value(kZoomPanH, 16));
 }
 
 TEST_F(PanelSoak, AThousandOpeningsAndClosings) {

@@ -16,7 +16,7 @@
 #include "adapters/qt_clock.h"
 #include "adapters/qt_dialogs.h"
 #include "adapters/qt_serial_port.h"
-#include "panel/panel_application.h"
+#include "panel/frm_vornik.h"
 
 namespace {
 
@@ -72,7 +72,7 @@ int main(int argc, char* argv[]) {
   DefaultSettings settings;
   kalde2::QtMessageBoxes boxes;
   kalde2::QtFileDialogs dialogs;
-  kalde2::PanelApplication panel({port, ports, clock, settings, boxes, dialogs, [] {}});
+  kalde2::frm_vornik panel({port, ports, clock, settings, boxes, dialogs, [] {}});
   kalde2::frm_vornik& window = panel.Window();
   kalde2::VornikForm& form = window.Form();
   bool saved = true;

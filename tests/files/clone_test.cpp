@@ -23,7 +23,7 @@ struct CloneTest : ::testing::Test, LinkFixture {
   }
 
   EchoUnit unit;
-  CloneTransfer clone{catalogue, connectivity, values, link, progress};
+  CloneTransfer clone{model, link, progress};
 };
 
 TEST_F(CloneTest, ReadsInCatalogueOrderWhateverTheUnitAnswers) {
@@ -48,7 +48,7 @@ TEST_F(CloneTest, ReadsInCatalogueOrderWhateverTheUnitAnswers) {
   ASSERT_EQ(progress.log.size(), 3U + 284U + 1U);
   progress.log.resize(4);
   EXPECT_THAT(progress.log,
-              ElementsAre("show", "caption Reading Parameters", "range 0 283", "value 0"));
+              ElementsAre("begin", "caption Reading Parameters", "range 0 283", "value 0"));
   EXPECT_FALSE(progress.shown);
 }
 

@@ -3,18 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 
 #include "tests/support/fake_link.h"
-#include "tests/support/temp_folder.h"
 
 namespace kalde2 {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using Box = FakeBoxes::Box;
 using namespace std::string_literals;
 
 std::string TextOf(const ResolutionTable& table) {
@@ -119,7 +116,7 @@ TEST(ResolutionRecords, ReadsOddFiles) {
   EXPECT_THROW((void)table.ResolutionName(-1), Fault);
 }
 
-struct ResolutionDataTest : ::testing::Test, LinkFixture {
+struct ResolutionDataTest : ::testing::Test, LinkFixture, FetchEvents {
   ResolutionDataTest() {
     port.on_write = [this](std::string_view frame) -> std::string {
       EXPECT_TRUE(link.CommsBusy());
@@ -129,33 +126,35 @@ struct ResolutionDataTest : ::testing::Test, LinkFixture {
     };
   }
 
-  TempFolder folder;
+  void SlotUnread(std::size_t slot) override { unread.push_back(slot); }
+  void Fetched() override {
+    EXPECT_EQ(progress.log.back(), "caption Saving file");
+    ++fetched;
+  }
+
+  std::vector<std::size_t> unread;
+  int fetched = 0;
   std::string count_reply = "FC4104100D80000027E\r";  // two slots
   std::string silent_for;
   ResolutionTable table;
-  ResolutionData data{table, link, clock, progress, boxes};
+  ResolutionData data{table, link, progress};
 };
 
-TEST_F(ResolutionDataTest, FetchesEverySlotAndWritesTheFile) {
-  WriteText("resdata.txt", "older");
+TEST_F(ResolutionDataTest, FetchesEverySlot) {
   const auto query = [](char slot, char part) {
     return "S\x07\xA2\x01"s + slot + '\0' + part + '\0' + '?';
   };
   silent_for = query(1, 0);
-  data.FetchResolutionData();
+  EXPECT_EQ(data.FetchResolutionData(*this), FetchEnding::kComplete);
   EXPECT_THAT(port.written, ElementsAre("F84104100D8??\r", query(0, 0), query(0, 1), query(1, 0),
                                         query(1, 0), query(1, 0), query(1, 1)));
   const ResolutionRecord whole{"Slot", "RYU", 800, 600, 31533, 0, 1056, 600, 128, 4, 216, 23, "PN"};
   const ResolutionRecord half{"", "", 800, 600, 0, 0, 1056, 0, 128, 4, 216, 23, ""};
   EXPECT_THAT(table.Records(), ElementsAre(ResolutionRecord{}, whole, half));
-  EXPECT_EQ(ReadText("resdata.txt"), TextOf(table));
-  EXPECT_THAT(
-      boxes.shown,
-      ElementsAre(Box{"Problem reading resolution information from scaler, please try again",
-                      BoxIcon::kExclamation, ""}));
-  EXPECT_THAT(progress.log, ElementsAre("show", "caption Reading ResolutionData", "range 0 0",
-                                        "value 1", "value 2", "caption Saving file", "hide"));
-  EXPECT_THAT(clock.sleeps, ElementsAre(std::chrono::milliseconds(2000)));
+  EXPECT_EQ(fetched, 1);
+  EXPECT_THAT(unread, ElementsAre(1));
+  EXPECT_THAT(progress.log, ElementsAre("begin", "caption Reading ResolutionData", "range 0 0",
+                                        "value 1", "value 2", "caption Saving file", "end 1"));
   EXPECT_FALSE(link.CommsBusy());
 }
 
@@ -166,29 +165,28 @@ TEST_F(ResolutionDataTest, CountsTheSlotsByPositionFromTheEnd) {
                                      {"zz12\r", 0U}}) {
     count_reply = reply;
     port.written.clear();
-    data.FetchResolutionData();
+    EXPECT_EQ(data.FetchResolutionData(*this), FetchEnding::kComplete);
     EXPECT_EQ(port.written.size(), 1U + 2U * slots);
     EXPECT_EQ(table.Size(), slots + 1U);
   }
-  EXPECT_THAT(boxes.shown, IsEmpty());
+  EXPECT_THAT(unread, IsEmpty());
 }
 
 TEST_F(ResolutionDataTest, WithoutACountItStopsAsItStands) {
   for (const char* reply : {"", "F0000\r"}) {
     count_reply = reply;
     table.Reset(4);
-    data.FetchResolutionData();
+    EXPECT_EQ(data.FetchResolutionData(*this), FetchEnding::kUncounted);
     EXPECT_TRUE(progress.shown && link.CommsBusy());
     EXPECT_EQ(table.Size(), 5U);
   }
   EXPECT_EQ(port.written.size(), 4U);  // three sends into the silence
-  EXPECT_FALSE(std::filesystem::exists("resdata.txt"));
+  EXPECT_EQ(fetched, 0);
 }
 
 TEST_F(ResolutionDataTest, ClosingThePortEndsTheFetchCleanly) {
   const auto answer = port.on_write;
   for (const std::size_t last : {1U, 2U, 3U, 5U}) {
-    WriteText("resdata.txt", "good");
     table.Reset(4);
     port.open = true;
     port.written.clear();
@@ -197,13 +195,13 @@ TEST_F(ResolutionDataTest, ClosingThePortEndsTheFetchCleanly) {
       clock.After({}, [this] { port.Close(); });
       return "";
     };
-    data.FetchResolutionData();
+    EXPECT_EQ(data.FetchResolutionData(*this), FetchEnding::kClosed);
     EXPECT_EQ(port.written.size(), last);
     EXPECT_FALSE(progress.shown || link.CommsBusy());
-    EXPECT_EQ(ReadText("resdata.txt"), "good");
     EXPECT_EQ(table.Size(), 5U);
   }
-  EXPECT_THAT(boxes.shown, IsEmpty());
+  EXPECT_THAT(unread, IsEmpty());
+  EXPECT_EQ(fetched, 0);
 }
 
 }  // namespace

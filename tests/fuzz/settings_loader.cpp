@@ -11,10 +11,8 @@ namespace kalde2 {
 void FuzzOne(std::string_view input) {
   LinkFixture panel;
   panel.LoadProduct(35);
-  SettingsFile settings(panel.catalogue, panel.connectivity, panel.values, panel.link, panel.boxes,
-                        panel.dialogs);
   std::istringstream file{std::string(input)};
-  (void)IsFault([&] { settings.ApplySettings(file); });
+  (void)IsFault([&] { ReadSettings(file, panel.model); });
   Require(panel.port.written.empty(), "loading sends nothing");
   Require(input.starts_with("[1.0]") || panel.display.log.empty(), "other files load nothing");
 }

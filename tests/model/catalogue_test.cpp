@@ -35,11 +35,13 @@ TEST(Catalogue, ProductsHaveTheirParametersInTheirOrder) {
   for (const auto& [types, addresses] : kOrders) {
     for (const int type : Numbers(types)) {
       AddProductEntries(catalogue, type);
-      std::vector<int> order(catalogue.ActiveParams().begin(), catalogue.ActiveParams().end());
-      for (int& index : order) index += kFirstAddress;
+      std::vector<int> order;
+      for (const CatalogueIndex index : catalogue.ActiveParams()) order.push_back(AddressOf(index));
       EXPECT_EQ(order, Numbers(addresses)) << type;
       int active = 0;
-      for (int i = 0; i < kCatalogueSize; ++i) active += catalogue.Record(i).Active ? 1 : 0;
+      for (const CatalogueIndex index : CatalogueIndexes()) {
+        active += catalogue.Record(index).Active ? 1 : 0;
+      }
       EXPECT_EQ(active, static_cast<int>(order.size())) << type;
     }
   }
@@ -53,7 +55,7 @@ TEST(Catalogue, NamesAndLimitsThatAreEasilyPutRight) {
   for (const auto& [type, address, name, minimum, maximum] : rows) {
     ParamCatalogue catalogue;
     AddProductEntries(catalogue, type);
-    const ParamRecord& record = catalogue.Record(address - kFirstAddress);
+    const ParamRecord& record = catalogue.Record(IndexOf(address));
     EXPECT_EQ(record.Name, name);
     EXPECT_TRUE(record.MinValue == minimum && record.MaxValue == maximum) << name;
   }

@@ -21,10 +21,6 @@ class FakeResolutions : public ResolutionNames {
   }
 };
 
-constexpr int At(int address) {
-  return address - kFirstAddress;
-}
-
 class Commands : public testing::Test, public LinkFixture {
  protected:
   Commands() {
@@ -35,17 +31,17 @@ class Commands : public testing::Test, public LinkFixture {
 
   /// Sets the value that the list shows, for a per-source parameter that of source code 0x10.
   void Set(int address, std::int32_t value) {
-    if (catalogue.IsPerSource(At(address))) {
+    if (catalogue.IsPerSource(IndexOf(address))) {
       values.SetSourceValue(PerSourceSlot(address), 0, value);
     } else {
-      values.SetParamValue(At(address), value);
+      values.SetParamValue(IndexOf(address).number, value);
     }
   }
 
   /// Text of a parameter's line, "-" where there is none.
   [[nodiscard]] std::string Line(int address) const {
     for (const CommandLine& line : commands.Lines()) {
-      if (line.index == At(address)) return line.text;
+      if (line.index == IndexOf(address)) return line.text;
     }
     return "-";
   }
@@ -56,12 +52,12 @@ class Commands : public testing::Test, public LinkFixture {
     return shown;
   }
 
-  [[nodiscard]] int LastLine() const { return commands.Lines().back().index + kFirstAddress; }
+  [[nodiscard]] int LastLine() const { return AddressOf(commands.Lines().back().index); }
 
   InputNames inputs;
-  ValueNames names;
+  ValueNames& names = model.value_names;
   FakeResolutions resolutions;
-  CommandList commands{catalogue, names, connectivity, values, resolutions};
+  CommandList commands{model, resolutions};
 };
 
 TEST_F(Commands, LineTexts) {
@@ -122,11 +118,11 @@ TEST_F(Commands, PerSourceParametersFollowTheSetupSource) {
   for (const auto& [setup_source, written_to, shown] : cases) {
     Set(278, setup_source);
     EXPECT_EQ(Shown({182, 163, 193, 197, 138, 185}), shown) << setup_source;
-    EXPECT_EQ(commands.WriteSource(At(182)), written_to);
+    EXPECT_EQ(commands.WriteSource(IndexOf(182)), written_to);
   }
   Set(278, 256);
-  EXPECT_THROW((void)commands.IsCommandApplicable(At(182)), Fault);
-  EXPECT_EQ(commands.WriteSource(At(182)), 256);
+  EXPECT_THROW((void)commands.IsCommandApplicable(IndexOf(182)), Fault);
+  EXPECT_EQ(commands.WriteSource(IndexOf(182)), 256);
 }
 
 TEST_F(Commands, StepsAndTypedNumbersStayInRange) {
@@ -136,7 +132,7 @@ TEST_F(Commands, StepsAndTypedNumbersStayInRange) {
       {std::numeric_limits<std::int32_t>::min(), -1, -120}};
   for (const auto& [value, step, stepped] : steps) {
     Set(222, value);
-    EXPECT_EQ(commands.SteppedValue(At(222), step), stepped) << value;
+    EXPECT_EQ(commands.SteppedValue(IndexOf(222), step), stepped) << value;
   }
   constexpr int kRefused = -999;
   const std::pair<const char*, int> typed[] = {
@@ -144,7 +140,7 @@ TEST_F(Commands, StepsAndTypedNumbersStayInRange) {
       {"48.5", 48}, {"&H20", 32},        {" 7 x", 7},        {"", 0}};
   for (const auto& [text, expected] : typed) {
     std::int32_t value = kRefused;
-    EXPECT_EQ(commands.ReadTyped(At(159), text, value), expected != kRefused) << text;
+    EXPECT_EQ(commands.ReadTyped(IndexOf(159), text, value), expected != kRefused) << text;
     EXPECT_EQ(value, expected) << text;
   }
 }

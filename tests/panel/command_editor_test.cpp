@@ -14,7 +14,7 @@ class Editor : public PanelFixture {
   /// The line of a parameter, -1 where it is not listed.
   [[nodiscard]] int LineOf(int address) {
     for (int line = 0; line < List().count(); ++line) {
-      if (List().item(line)->data(Qt::UserRole).toInt() == address - kFirstAddress) return line;
+      if (List().item(line)->data(Qt::UserRole).toInt() == IndexOf(address).number) return line;
     }
     return -1;
   }
@@ -72,10 +72,10 @@ TEST_F(Editor, SelectionPreparesTheEditor) {
     EXPECT_EQ(Form().cmd_commandplus->isVisible(), entries == 0);
     EXPECT_EQ(entries > 0 ? Choices().currentText() : Value().text(), value);
     EXPECT_EQ(entries > 0 ? Choices().count() : 0, entries);
-    EXPECT_EQ(panel->Editor().CurrentCommand(), address - kFirstAddress);
+    EXPECT_EQ(panel->Editor().CurrentCommand(), IndexOf(address));
   }
   QTest::keyClick(&List(), Qt::Key_Up);  // the keyboard selects as the mouse does
-  EXPECT_NE(panel->Editor().CurrentCommand(), 159 - kFirstAddress);
+  EXPECT_NE(panel->Editor().CurrentCommand(), IndexOf(159));
   EXPECT_TRUE(Written().empty());
 }
 
@@ -142,7 +142,7 @@ TEST_F(Editor, LineIsSelectedAgainByItsPlace) {
   const int pan = LineOf(159);
   ChangeAtUnit(258, 1);
   EXPECT_EQ(List().currentRow(), pan);
-  EXPECT_NE(panel->Editor().CurrentCommand(), 159 - kFirstAddress);
+  EXPECT_NE(panel->Editor().CurrentCommand(), IndexOf(159));
 }
 
 TEST_F(Editor, RebuildLeavesAHalfTypedNumber) {

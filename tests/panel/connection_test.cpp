@@ -16,7 +16,7 @@ const auto kPort = QStringLiteral("Serial Port");
 class Connection : public PanelFixture {
  protected:
   void ExpectClosed() {
-    EXPECT_FALSE(port.open || panel->Connection().UnitConnected());
+    EXPECT_FALSE(port.open || panel->UnitSession().UnitConnected());
     EXPECT_FALSE(panel->Progress().isVisible());
     ExpectShowsClosed();
   }

@@ -66,8 +66,7 @@ const Operation kOperations[] = {
     {"fetch",     [](PanelFixture& t) { t.Choose("mnu_function_refreshRes"); }, false, true},
     {"unasked",   [](PanelFixture& t) {
        for (int i = 0; i < 5; ++i) {
-         t.port.Receive(t.unit->NextUnaskedFrame());
-         t.Window().MSComm1_OnComm();
+         t.port.Arrive(t.unit->NextUnaskedFrame());
        }
        t.Tick("TmrProcessMessage"); }},
 };
@@ -189,8 +188,7 @@ void FaultMatrix::Flood() {
   flooding_ = true;
   const auto next = [this](const auto& again) -> void {
     if (!flooding_ || !port.open) return;
-    port.Receive(unit->NextUnaskedFrame());
-    Window().MSComm1_OnComm();
+    port.Arrive(unit->NextUnaskedFrame());
     clock.After(kPeriod, [again] { again(again); });
   };
   clock.After(kPeriod, [next] { next(next); });
@@ -198,7 +196,7 @@ void FaultMatrix::Flood() {
 
 void FaultMatrix::ExpectTruth() {
   if (port.open) {
-    EXPECT_TRUE(panel->Connection().UnitConnected());
+    EXPECT_TRUE(panel->UnitSession().UnitConnected());
     ExpectShowsOpen();
   } else if (ends == 0) {
     ExpectShowsClosed();

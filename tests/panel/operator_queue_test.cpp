@@ -112,7 +112,7 @@ TEST_F(OperatorQueueTest, AnEchoMovesNoControlWithANewerChange) {
     Press("opt_lockmix");
     for (const auto& [address, value] : {std::pair{134, 150}, {295, 0}, {130, 16}, {266, 0}}) {
       std::string frame = WriteOf(address, value);
-      panel->Link().ParseReply(frame.replace(1, 2, "44"));
+      panel->UnitSession().Link().ParseReply(frame.replace(1, 2, "44"));
     }
     EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 1000);
     EXPECT_TRUE(Form().chk_keyenable->isChecked() && Form().opt_lock[2]->isChecked());

@@ -44,6 +44,7 @@ class ProgressWindow : public PanelFixture {
 TEST_F(ProgressWindow, HoldsWhatAStepSetsBeforeItsRequestGoesOut) {
   StartAndOpen();
   Press("Cmd_openclose");
+  EXPECT_EQ(clock.Monotonic(), std::chrono::milliseconds(2000)) << "in view, and events served";
   // Again: what the window held at the end of the operation before is not shown for a moment.
   const auto opening = SeenIn([this] { Press("Cmd_openclose"); });
   EXPECT_EQ(opening[1], (Seen{ReadOf(404), "Reading Connectivity... RGB/DVI Sources 0", 16}));
@@ -60,6 +61,8 @@ TEST_F(ProgressWindow, HoldsWhatAStepSetsBeforeItsRequestGoesOut) {
   EXPECT_EQ(fetched.front(), (Seen{"F84104100D8??\r", "Reading ResolutionData", 283}));
   EXPECT_EQ(Bar().maximum(), 0);
   EXPECT_EQ(Label().text(), "Saving file");
+
+  EXPECT_EQ(clock.sleeps.back(), std::chrono::milliseconds(2000)) << "in view, and nothing served";
 
   const auto autoset = SeenIn([this] { Press("cmd_autoset"); });
   EXPECT_EQ(autoset[1], (Seen{ReadOf(254), "Waiting for Autoset to finish", 0}));

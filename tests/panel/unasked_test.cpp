@@ -6,10 +6,7 @@ namespace {
 class UnaskedFrames : public PanelFixture {
  protected:
   /// What arrives in one receive event.
-  void Arrive(std::string_view characters) {
-    port.Receive(characters);
-    Window().MSComm1_OnComm();
-  }
+  void Arrive(std::string_view characters) { port.Arrive(characters); }
 
   [[nodiscard]] std::string Changed(int address, std::int32_t value) {
     return unit->ChangeAtFrontPanel(address, 16, value);
@@ -48,8 +45,8 @@ TEST_F(UnaskedFrames, MoveControlsAsFarAsTheyGoAndSendNothing) {
   }
   EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
   // The overall scales stand in for the horizontal ones, in the store as well.
-  EXPECT_EQ(panel->Unit().values.ParamValue(129), 300);
-  EXPECT_EQ(panel->Unit().values.ParamValue(130), 1000);
+  EXPECT_EQ(panel->UnitSession().Unit().values.ParamValue(129), 300);
+  EXPECT_EQ(panel->UnitSession().Unit().values.ParamValue(130), 1000);
   EXPECT_TRUE(Written().empty());
 }
 

@@ -18,7 +18,7 @@
 #include "adapters/qt_dialogs.h"
 #include "adapters/qt_serial_port.h"
 #include "adapters/qt_settings_store.h"
-#include "panel/panel_application.h"
+#include "panel/frm_vornik.h"
 #include "tests/support/window_fixture.h"
 
 namespace kalde2 {
@@ -91,9 +91,9 @@ class UnitProcess {
 /// The panel on its real adapters, composed as main() does.
 struct RealPanel {
   RealPanel() {
-    boxes.SetParent(&application.Window());
-    dialogs.SetParent(&application.Window());
-    application.Window().show();
+    boxes.SetParent(&window);
+    dialogs.SetParent(&window);
+    window.show();
   }
 
   QtPortDirectory ports;
@@ -103,7 +103,7 @@ struct RealPanel {
   QtMessageBoxes boxes;
   QtFileDialogs dialogs;
   int ends = 0;  ///< how often the program was ended
-  PanelApplication application{{port, ports, clock, settings, boxes, dialogs, [this] { ++ends; }}};
+  frm_vornik window{{port, ports, clock, settings, boxes, dialogs, [this] { ++ends; }}};
 };
 
 /// The real window against the real unit. Message boxes are noted and answered with OK, file
@@ -133,7 +133,7 @@ class EndToEnd : public WindowFixture {
     EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
   }
 
-  [[nodiscard]] frm_vornik& Window() const override { return panel->application.Window(); }
+  [[nodiscard]] frm_vornik& Window() const override { return panel->window; }
 
   /// Lets the panel work until the condition holds. @return false when it does not come to hold
   template <typename Condition>

@@ -14,17 +14,14 @@
 #include <utility>
 #include <vector>
 
-#include "files/dialogs.h"
 #include "link/clock.h"
 #include "link/fault.h"
 #include "link/mod_comms.h"
-#include "link/reply_display.h"
 #include "link/serial_port.h"
-#include "link/value_store.h"
-#include "model/connectivity.h"
 #include "model/mod_Producttypes.h"
-#include "model/mod_active_dts.h"
-#include "model/progress_view.h"
+#include "model/progress.h"
+#include "model/reply_display.h"
+#include "model/unit_model.h"
 
 namespace kalde2 {
 
@@ -39,6 +36,18 @@ class FakePort : public SerialPort {
   std::vector<Handshaking> handshaking;
 
   void Receive(std::string_view characters) { waiting_ += characters; }
+
+  /// Receives, and says so.
+  void Arrive(std::string_view characters) {
+    Receive(characters);
+    Listener()->MSComm1_OnComm();
+  }
+
+  /// The line goes away.
+  void HangUp() {
+    Close();
+    Listener()->PortLost("hung up");
+  }
 
   [[nodiscard]] bool PortOpen() const override { return open; }
   [[nodiscard]] std::optional<std::string> Open(const PortSetup& setup) override {
@@ -125,26 +134,27 @@ class FakeClock : public Clock {
   int serves_ = 0;
 };
 
-/// Log of a progress window: "show", "caption TEXT", "range 0 283", "value 3", "hide".
-class FakeProgress : public ProgressView {
+/// Log of an operation's course: "begin", "caption TEXT", "range 0 283", "value 3", "sleep", "end
+/// 1".
+class FakeProgress : public Progress {
  public:
   std::vector<std::string> log;
   bool shown = false;
 
-  void Show() override {
+  void Begin() override {
     shown = true;
-    log.emplace_back("show");
-  }
-  void Hide() override {
-    shown = false;
-    log.emplace_back("hide");
+    log.emplace_back("begin");
   }
   void SetCaption(std::string_view text) override { log.push_back("caption " + std::string(text)); }
   void SetRange(int minimum, int maximum) override {
     log.push_back("range " + std::to_string(minimum) + " " + std::to_string(maximum));
   }
   void SetValue(int value) override { log.push_back("value " + std::to_string(value)); }
-  void PaintNow() override {}
+  void SleepFollows() override { log.emplace_back("sleep"); }
+  void End(bool is_complete) override {
+    shown = false;
+    log.emplace_back(is_complete ? "end 1" : "end 0");
+  }
 };
 
 /// Log of what replies do to the window: "aspect 1", "lock 2", "value 159 50", "refresh on",
@@ -164,50 +174,6 @@ class FakeDisplay : public ReplyDisplay, public RefreshTimer {
   }
   void Enable() override { log.emplace_back("refresh on"); }
   void Disable() override { log.emplace_back("refresh off"); }
-};
-
-/// Message boxes that answer at once.
-class FakeBoxes : public MessageBoxes {
- public:
-  struct Box {
-    std::string prompt;
-    BoxIcon icon = BoxIcon::kNone;
-    std::string title;
-
-    bool operator==(const Box&) const = default;
-    friend std::ostream& operator<<(std::ostream& out, const Box& box) {
-      return out << "{\"" << box.prompt << "\", icon " << static_cast<int>(box.icon) << ", \""
-                 << box.title << "\"}";
-    }
-  };
-  std::vector<Box> shown;
-  std::vector<Box> confirmations;
-  bool answer = true;  ///< OK
-
-  void Show(std::string_view prompt, BoxIcon icon, std::string_view title) override {
-    shown.push_back({std::string(prompt), icon, std::string(title)});
-  }
-  [[nodiscard]] bool Confirm(std::string_view prompt, std::string_view title) override {
-    confirmations.push_back({std::string(prompt), BoxIcon::kNone, std::string(title)});
-    return answer;
-  }
-};
-
-/// File dialogs that answer with `name`, or cancel where there is none.
-class FakeFileDialogs : public FileDialogs {
- public:
-  std::optional<std::string> name;
-  std::vector<FileDialogSetup> opened;
-  std::vector<FileDialogSetup> saved;
-
-  [[nodiscard]] std::optional<std::string> AskOpenName(const FileDialogSetup& setup) override {
-    opened.push_back(setup);
-    return name;
-  }
-  [[nodiscard]] std::optional<std::string> AskSaveName(const FileDialogSetup& setup) override {
-    saved.push_back(setup);
-    return name;
-  }
 };
 
 /// A unit that keeps what is written to it, by source and address, and answers every parameter
@@ -245,12 +211,11 @@ struct LinkFixture {
   FakeClock clock;
   FakeProgress progress;
   FakeDisplay display;
-  FakeBoxes boxes;
-  FakeFileDialogs dialogs;
-  ParamCatalogue catalogue;
-  Connectivity connectivity;
-  ValueStore values{catalogue};
-  CommandLink link{port, clock, values, display, display};
+  UnitModel model{display, display};
+  ParamCatalogue& catalogue = model.catalogue;
+  Connectivity& connectivity = model.connectivity;
+  ValueStore& values = model.values;
+  CommandLink link{port, clock, model};
 
   void LoadProduct(std::int32_t type) { AddProductEntries(catalogue, type); }
 

@@ -13,8 +13,8 @@
 #include <string>
 #include <utility>
 
-#include "panel/panel_application.h"
 #include "simulator/unit.h"
+#include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/window_fixture.h"
 
@@ -66,7 +66,7 @@ class PanelFixture : public WindowFixture {
   /// Composes the panel as main() does and shows its window; settings made before count.
   void Start() {
     port.open = false;
-    panel = std::make_unique<PanelApplication>(
+    panel = std::make_unique<frm_vornik>(
         Platform{port, ports, clock, settings, boxes, dialogs, [this] { ++ends; }});
     Window().show();
     QCoreApplication::processEvents();
@@ -85,7 +85,7 @@ class PanelFixture : public WindowFixture {
     Press("Cmd_openclose");
   }
 
-  [[nodiscard]] frm_vornik& Window() const override { return panel->Window(); }
+  [[nodiscard]] frm_vornik& Window() const override { return *panel; }
 
   /// Gives a control the focus, and the window, from which the progress window has taken it.
   void Focus(QWidget& control) {
@@ -104,8 +104,7 @@ class PanelFixture : public WindowFixture {
 
   /// Sends a frame of the unit unasked, through the receive event, and lets the timer cut it out.
   void Unasked(std::string_view frame) {
-    port.Receive(frame);
-    Window().MSComm1_OnComm();
+    port.Arrive(frame);
     Tick("TmrProcessMessage");
   }
 
@@ -141,7 +140,7 @@ class PanelFixture : public WindowFixture {
 
   /// What the panel has recorded of a parameter.
   [[nodiscard]] std::int32_t Recorded(int address) const {
-    return panel->Unit().values.GetParamValue(address - kFirstAddress);
+    return panel->UnitSession().Unit().values.GetParamValue(IndexOf(address));
   }
 
   /// The frames written since the last call.
@@ -155,7 +154,7 @@ class PanelFixture : public WindowFixture {
   FakeFileDialogs dialogs;
   int ends = 0;  ///< how often the program was ended
   std::unique_ptr<SimulatedUnit> unit;
-  std::unique_ptr<PanelApplication> panel;
+  std::unique_ptr<frm_vornik> panel;
 
  private:
   std::string AnswerOfUnit(std::string_view frame) {
@@ -175,11 +174,9 @@ class PanelFixture : public WindowFixture {
 
   void Happen(const LineAction& action) {
     if (action.hang_up) {
-      port.Close();
-      Window().PortLost("hung up");
+      port.HangUp();
     } else {
-      port.Receive(action.bytes);
-      Window().MSComm1_OnComm();
+      port.Arrive(action.bytes);
     }
   }
 };

@@ -4,7 +4,8 @@
 
 #include <filesystem>
 
-#include "files/mod_FileHandler.h"
+#include "panel/settings_file.h"
+#include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/temp_folder.h"
 
@@ -27,7 +28,9 @@ constexpr std::string_view kSource =
 struct Panel : LinkFixture {
   Panel() { dialogs.name = "panel.txt"; }
 
-  SettingsFile settings{catalogue, connectivity, values, link, boxes, dialogs};
+  FakeBoxes boxes;
+  FakeFileDialogs dialogs;
+  SettingsFile settings{model, boxes, dialogs};
 };
 
 struct SettingsFileTest : ::testing::Test {

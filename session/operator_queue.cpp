@@ -1,4 +1,4 @@
-#include "panel/operator_queue.h"
+#include "session/operator_queue.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ void OperatorQueue::Abandon() {
 void OperatorQueue::Submit(Task task) {
   if (IsBulk()) return;
   if (task.note) task.note();
-  if (IsBusy()) {
+  if (running_) {
     Keep(std::move(task));
     return;
   }

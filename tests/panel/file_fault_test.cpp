@@ -8,8 +8,9 @@
 #include <functional>
 #include <random>
 
-#include "files/mod_FileHandler.h"
-#include "files/mod_resolutions.h"
+#include "panel/resolution_menu.h"
+#include "panel/settings_file.h"
+#include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/file_faults.h"
 #include "tests/support/temp_folder.h"
@@ -24,7 +25,7 @@ using Box = FakeBoxes::Box;
 
 const Box kSaved{"Settings saved to file", BoxIcon::kNone, ""};
 const Box kLoaded{"Loaded values from file", BoxIcon::kNone, ""};
-const Box kInvalid{"Invalid Resolution Data File.", BoxIcon::kNone, ""};
+constexpr std::string_view kInvalid = "Invalid Resolution Data File.";
 const Box kCorrupted{"Resolution Data File Corrupted.", BoxIcon::kNone, ""};
 
 Box NotLoaded(std::string_view name, std::string_view why) {
@@ -50,9 +51,12 @@ struct FileFaultTest : ::testing::Test, LinkFixture {
   }
 
   TempFolder folder;
-  SettingsFile settings{catalogue, connectivity, values, link, boxes, dialogs};
+  FakeBoxes boxes;
+  FakeFileDialogs dialogs;
+  SettingsFile settings{model, boxes, dialogs};
   ResolutionTable table;
-  ResolutionData data{table, link, clock, progress, boxes};
+  ResolutionData data{table, link, progress};
+  frm_Progress window{nullptr, clock};
 };
 
 TEST_F(FileFaultTest, AFullDiskCutsTheSettingsFileAndTheSaveReportsSuccess) {
@@ -73,14 +77,15 @@ TEST_F(FileFaultTest, AFullDiskCutsTheResolutionFileAndTheFetchEndsAsEver) {
   };
   {
     const FullDisk disk(70);
-    data.FetchResolutionData();
+    ResolutionMenu(table, link, clock, window, boxes).FetchResolutionData();
   }
   EXPECT_EQ(ReadText("resdata.txt"), ResolutionText(2).substr(0, 70));
-  EXPECT_FALSE(progress.shown || link.CommsBusy());
+  EXPECT_FALSE(window.isVisible() || link.CommsBusy());
+  EXPECT_THAT(clock.sleeps, ElementsAre(std::chrono::milliseconds(2000)));
   EXPECT_THAT(boxes.shown, IsEmpty());
   EXPECT_EQ(table.Size(), 3U);
   // The next start meets what is left of it.
-  EXPECT_EQ(data.FillResolutionList("resdata.txt").size(), 0U);
+  EXPECT_TRUE(ResolutionMenu(table, link, clock, window, boxes).FillResolutionList().empty());
   EXPECT_THAT(boxes.shown, ElementsAre(kCorrupted));
 }
 
@@ -101,24 +106,23 @@ TEST_F(FileFaultTest, AFolderThatCannotBeWrittenToKeepsItsFiles) {
     settings.LoadSettingsFile();
   }
   EXPECT_EQ(values.ParamValue(29), 5);
-  EXPECT_EQ(data.FillResolutionList("resdata.txt").size(), 2U);
-  EXPECT_EQ(data.FillResolutionList("secret.txt").size(), 0U);
+  EXPECT_EQ(data.FillResolutionList("resdata.txt").items.size(), 2U);
+  EXPECT_EQ(data.FillResolutionList("secret.txt").problem, kInvalid);
   // Without a file the built-in names are listed.
-  EXPECT_EQ(data.FillResolutionList("panel.txt/below.txt").size(), 106U);
+  EXPECT_EQ(data.FillResolutionList("panel.txt/below.txt").items.size(), 106U);
   EXPECT_EQ(table.ResolutionName(81), "1920 x 1080i 25Hz1250");
   constexpr const char* kUnopened = "the file cannot be opened";
   EXPECT_THAT(boxes.shown,
               ElementsAre(kSaved, kSaved, kSaved, kLoaded, NotLoaded("below.txt", kUnopened),
-                          NotLoaded("secret.txt", kUnopened), kInvalid));
+                          NotLoaded("secret.txt", kUnopened)));
 }
 
 TEST_F(FileFaultTest, AFileThatCannotBeReadToItsEndIsNotLoaded) {
   // A plain file whose first page gives an input error.
   dialogs.name = "/proc/self/mem";
   settings.LoadSettingsFile();
-  data.ReadResolutionFile("/proc/self/mem");
-  EXPECT_THAT(boxes.shown,
-              ElementsAre(NotLoaded("mem", "the file cannot be read to its end"), kInvalid));
+  EXPECT_EQ(data.ReadResolutionFile("/proc/self/mem"), kInvalid);
+  EXPECT_THAT(boxes.shown, ElementsAre(NotLoaded("mem", "the file cannot be read to its end")));
 }
 
 TEST_F(FileFaultTest, AFileThatVanishesWhileItIsLoaded) {
@@ -129,8 +133,8 @@ TEST_F(FileFaultTest, AFileThatVanishesWhileItIsLoaded) {
       if (lines++ == 0) at_first_line();
     }
   } watched;
-  CommandLink watched_link(port, clock, values, watched, watched);
-  SettingsFile file(catalogue, connectivity, values, watched_link, boxes, dialogs);
+  UnitModel watched_unit(watched, watched);
+  SettingsFile file(watched_unit, boxes, dialogs);
   constexpr int kLines = 100'000;  // far more than is read ahead
   std::string text(kHead);
   for (int i = 0; i < kLines; ++i) text += "159,1\r\n";
@@ -174,14 +178,14 @@ TEST_F(FileFaultTest, JunkTakesNeitherMuchMemoryNorLong) {
     };
     write("");
     settings.LoadSettingsFile();
-    EXPECT_EQ(data.FillResolutionList("panel.txt").size(), 0U);
-    EXPECT_THAT(boxes.shown, ElementsAre(kLoaded, kInvalid));
+    EXPECT_EQ(data.FillResolutionList("panel.txt").problem, kInvalid);
+    EXPECT_THAT(boxes.shown, ElementsAre(kLoaded));
     write("[1.0]\r\n[GENERAL1A]\r\n159,5\r\n");
     settings.LoadSettingsFile();
     EXPECT_THAT(boxes.shown.back().prompt,
                 ::testing::StartsWith("\"panel.txt\": line 4: expected"));
     write(ResolutionText(0));
-    EXPECT_GE(data.FillResolutionList("panel.txt").size(), 2U);
+    EXPECT_GE(data.FillResolutionList("panel.txt").items.size(), 2U);
     EXPECT_LE(table.Size(), 32768U);
     boxes.shown.clear();
   }

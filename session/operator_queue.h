@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "link/mod_comms.h"
-
 namespace kalde2 {
 
 /// Runs what the operator asks of the unit, one thing at a time.
@@ -20,8 +18,6 @@ class OperatorQueue {
   using Job = std::function<void()>;
 
   static constexpr char kPartMark = ':';
-
-  explicit OperatorQueue(const CommandLink& link) : link_(link) {}
 
   /// Runs a job, or keeps it, replacing the one that is kept for the same control. A Fault ends the
   /// job without a word.
@@ -56,14 +52,12 @@ class OperatorQueue {
     bool bulk;
   };
 
-  [[nodiscard]] bool IsBusy() const { return running_ || link_.IsWaiting(); }
   void Submit(Task task);
   void Keep(Task task);
   void Run(const Task& task);
   void RunKept();
   void NoteKept() const;
 
-  const CommandLink& link_;
   std::list<Task> kept_;
   bool running_ = false;
   bool bulk_ = false;

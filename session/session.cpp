@@ -1,0 +1,86 @@
+#include "session/session.h"
+
+#include "link/fault.h"
+#include "link/numbers.h"
+#include "model/connectivity.h"
+
+namespace kalde2 {
+
+Session::Session(SerialPort& port, Clock& clock, ReplyDisplay& display, RefreshTimer& refresh,
+                 OperatorQueue& queue, SessionEvents& events)
+    : port_(port),
+      queue_(queue),
+      events_(events),
+      unit_(display, refresh),
+      link_(port, clock, unit_) {
+  LoadInputNames(unit_.input_names);
+  port_.SetListener(this);
+}
+
+Session::~Session() {
+  port_.SetListener(nullptr);
+}
+
+OpenResult Session::Open(std::string_view baud, std::string_view port) {
+  using Ending = OpenResult::Ending;
+  // What is still in the ring is of the unit before, and would be shown as this one's.
+  link_.ForgetUnasked();
+  // From here to the next connectivity that is read, replies are left to the caller. A failed
+  // detection leaves it so, which is intended.
+  link_.SetDetectionInProgress(true);
+  if (const auto error = OpenPort(baud, port)) return {Ending::kPortFailed, *error};
+  events_.PortOpened();
+  const Answer answer = link_.Exchange({.is_read = true, .address = address::kProductType});
+  if (answer.outcome == Outcome::kClosed) return {Ending::kClosedMeanwhile, {}};
+  const bool answered = answer.record.Valid;
+  const Product* const product = answered ? FindSupportedProduct(answer.record.Value) : nullptr;
+  if (product == nullptr) {
+    port_.Close();
+    return {answered ? Ending::kNotSupported : Ending::kNoAnswer, {}};
+  }
+  unit_connected_ = true;
+  product_type_ = product->type;
+  events_.UnitFound(*product);
+  return {Ending::kOpened, {}};
+}
+
+/// @return nothing on success, else what went wrong
+std::optional<std::string> Session::OpenPort(std::string_view baud, std::string_view port) {
+  try {
+    return port_.Open({.settings = std::to_string(RoundToInt32(NumericValue(baud))) + ",N,8,1",
+                       .handshaking = Handshaking::kRtsXonXoff,
+                       .dtr_enable = true,
+                       .comm_port = RoundToInt16(NumericValue(port))});
+  } catch (const Fault&) {
+    return "There is no serial port " + std::string(port) + " on this computer";
+  }
+}
+
+TransferReport Session::LoadTables(Progress& progress) {
+  TransferReport report;
+  RunStep([&] {
+    ConnectivityReader reader(unit_.connectivity, link_, progress);
+    report = LoadProductCatalogue(unit_.catalogue, reader, product_type_);
+  });
+  RunStep([this] {
+    LoadValueNames(unit_.value_names, product_type_, unit_.input_names, unit_.connectivity);
+  });
+  return report;
+}
+
+void Session::Close() {
+  port_.Close();
+  unit_connected_ = false;
+  queue_.Abandon();
+}
+
+void Session::MSComm1_OnComm() {
+  if (link_.CollectUnasked()) events_.UnaskedArrived();
+}
+
+void Session::PortLost(const std::string& reason) {
+  Close();
+  events_.PortLost(reason);
+}
+
+}  // namespace kalde2
