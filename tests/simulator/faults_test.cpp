@@ -72,9 +72,9 @@ TEST(FaultPlan, CountsRequestsFromTheMomentOfItsSetting) {
 
 TEST(FaultPlan, RefusesWhatIsNoFault) {
   FaultPlan plan = PlanOf({"silent", "none", "late=200"});
-  for (const char* text : {"", "loud", "late", "late=", "late=x", "late=1,2", "late=0", "late=-5",
-                           "split=1,2,3", "silent=1", "late=99999999999", "split=1,", "refuse=129",
-                           "ignore=414"}) {
+  for (const char* text :
+       {"", "loud", "late", "late=", "late=x", "late=1,2", "late=0", "late=-5", "split=1,2,3",
+        "silent=1", "late=99999999999", "split=1,", "refuse=129", "ignore=414"}) {
     EXPECT_NE(plan.Add(text), std::nullopt) << text;
   }
   EXPECT_EQ(plan.Describe(), "late=200");
