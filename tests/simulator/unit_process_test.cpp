@@ -27,12 +27,16 @@ class UnitProgram : public testing::Test {
   void Start(const QStringList& options) {
     qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
     unit_.setProcessChannelMode(QProcess::MergedChannels);
+    said_.clear();
     unit_.start(KALDE2_UNIT, options);
   }
+  /// Waits for a text behind the one that was waited for last.
   bool Says(const QByteArray& text) {
-    QByteArray said = unit_.readAll();
-    while (!said.contains(text) && unit_.waitForReadyRead(kPatience)) said += unit_.readAll();
-    return said.contains(text);
+    said_ += unit_.readAll();
+    while (!said_.contains(text) && unit_.waitForReadyRead(kPatience)) said_ += unit_.readAll();
+    if (!said_.contains(text)) return false;
+    said_.remove(0, said_.indexOf(text) + text.size());
+    return true;
   }
   /// The reply to a query of the product type at a rate.
   QByteArray AskType(qint32 baud) {
@@ -58,6 +62,7 @@ class UnitProgram : public testing::Test {
   QTemporaryDir folder_;
   const QString link_ = folder_.filePath("KALDE2/ports/1");
   QProcess unit_;
+  QByteArray said_;
 };
 
 TEST_F(UnitProgram, LivesOnWithoutAFrontPanelAndRemovesItsLinkOnEverySignal) {
