@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "simulator/unit_addresses.h"
 #include "simulator/unit_frames.h"
 
 namespace kalde2 {
@@ -56,17 +57,79 @@ const FaultInfo* FindInfo(std::string_view name) {
   return found == kFaults.end() ? nullptr : &*found;
 }
 
-std::string FullName(const FaultInfo& info) {
-  return std::string(info.name) + std::string(info.parameters);
+/// The word that stands for a number in the texts for users.
+constexpr std::string_view WordFor(FaultNumber number) {
+  switch (number) {
+    case FaultNumber::kNone:
+      break;
+    case FaultNumber::kCount:
+      return "N";
+    case FaultNumber::kAddress:
+      return "ADDRESS";
+    case FaultNumber::kMilliseconds:
+      return "MS";
+    case FaultNumber::kPieces:
+      return "PIECES";
+    case FaultNumber::kLength:
+      return "LENGTH";
+    case FaultNumber::kRate:
+      return "RATE";
+  }
+  return {};
 }
 
 std::size_t MostNumbers(const FaultInfo& info) {
-  if (info.parameters.empty()) return 0;
-  return 1 + static_cast<std::size_t>(std::ranges::count(info.parameters, ','));
+  return info.numbers.size() -
+         static_cast<std::size_t>(std::ranges::count(info.numbers, FaultNumber::kNone));
+}
+
+/// The fault as it is written, for example "split=MS[,PIECES]".
+std::string FullName(const FaultInfo& info) {
+  std::string text(info.name);
+  for (std::size_t i = 0; i < MostNumbers(info); ++i) {
+    const std::string number = (i == 0 ? '=' : ',') + std::string(WordFor(info.numbers[i]));
+    text += i < info.required ? number : '[' + number + ']';
+  }
+  return text;
 }
 
 bool NamesAnAddress(const FaultInfo& info) {
-  return info.parameters == "=ADDRESS";
+  return info.numbers[0] == FaultNumber::kAddress;
+}
+
+std::optional<int> ReadFaultNumber(FaultNumber number, std::string_view text,
+                                   const AddressReader& read_address) {
+  if (number == FaultNumber::kNone) return std::nullopt;
+  if (number == FaultNumber::kAddress) return read_address(text);
+  const std::optional<int> value = ReadNumber(text);
+  return value && *value >= 1 ? value : std::nullopt;
+}
+
+/// Reads "" or "=NUMBER[,NUMBER]"; numbers that are left out get their defaults.
+std::optional<std::array<int, 2>> ReadFaultNumbers(const FaultInfo& info, std::string_view text,
+                                                   const AddressReader& read_address) {
+  std::array<int, 2> numbers = info.defaults;
+  std::size_t given = 0;
+  while (!text.empty()) {
+    text.remove_prefix(1);
+    if (given == numbers.size()) return std::nullopt;
+    const std::string_view word = text.substr(0, text.find(','));
+    const std::optional<int> number = ReadFaultNumber(info.numbers[given], word, read_address);
+    if (!number) return std::nullopt;
+    numbers[given++] = *number;
+    text.remove_prefix(word.size());
+  }
+  return given < info.required ? std::nullopt : std::optional(numbers);
+}
+
+std::string Usage(const FaultInfo& info) {
+  std::string text = "use " + FullName(info) + ", \"" + std::string(info.description) + '"';
+  for (const FaultNumber number : info.numbers) {
+    if (number == FaultNumber::kNone) continue;
+    text += "; " + std::string(WordFor(number)) + " is ";
+    text += number == FaultNumber::kAddress ? "130..413 or the name of a parameter" : "1 or more";
+  }
+  return text;
 }
 
 }  // namespace
@@ -79,6 +142,11 @@ std::optional<int> ReadNumber(std::string_view text) {
   const auto [stop, error] = std::from_chars(text.data(), end, number, is_hex ? 16 : 10);
   if (error != std::errc() || stop != end || (is_hex && number < 0)) return std::nullopt;
   return number;
+}
+
+std::optional<int> ReadAddress(std::string_view text) {
+  const std::optional<int> number = ReadNumber(text);
+  return number && IsParameter(*number) ? number : std::nullopt;
 }
 
 std::string FaultNames() {
@@ -101,29 +169,25 @@ std::string FaultHelp() {
   return text;
 }
 
-std::optional<std::string> FaultPlan::Add(std::string_view text) {
+std::optional<std::string> FaultPlan::Add(std::string_view text,
+                                          const AddressReader& read_address) {
   if (text == "none") {
     Clear();
     return std::nullopt;
   }
   const std::string_view name = text.substr(0, text.find('='));
   const FaultInfo* info = FindInfo(name);
-  if (info == nullptr) return "there is no fault \"" + std::string(name) + '"';
-  ActiveFault fault{info, info->defaults};
-  std::string_view rest = text.substr(name.size());
-  std::size_t given = 0;
-  while (!rest.empty()) {
-    rest.remove_prefix(1);
-    const std::string_view word = rest.substr(0, rest.find(','));
-    const std::optional<int> number = ReadNumber(word);
-    if (given == MostNumbers(*info) || !number || *number < 1) return "use " + FullName(*info);
-    fault.numbers[given++] = *number;
-    rest.remove_prefix(word.size());
+  if (info == nullptr) {
+    return "there is no fault \"" + std::string(name) + "\"; there are " + FaultNames();
   }
-  if (given < info->required) return "use " + FullName(*info);
-  if (!NamesAnAddress(*info)) {
-    std::erase_if(active_, [&](const ActiveFault& active) { return active.info == info; });
-  }
+  const auto numbers = ReadFaultNumbers(*info, text.substr(name.size()), read_address);
+  if (!numbers) return '"' + std::string(text) + "\" is no fault; " + Usage(*info);
+  const ActiveFault fault{info, *numbers};
+  // A fault of one parameter is replaced by the same one of that parameter alone.
+  std::erase_if(active_, [&](const ActiveFault& active) {
+    const bool is_same = !NamesAnAddress(*info) || active.numbers == fault.numbers;
+    return active.info == info && is_same;
+  });
   active_.push_back(fault);
   return std::nullopt;
 }
@@ -234,7 +298,10 @@ std::string FaultPlan::Describe() const {
   for (const ActiveFault& fault : active_) {
     if (!text.empty()) text += '\n';
     text += fault.info->name;
-    if (!fault.info->parameters.empty()) text += '=' + std::to_string(fault.numbers[0]);
+    for (std::size_t i = 0; i < MostNumbers(*fault.info); ++i) {
+      if (fault.numbers[i] == kForever) break;
+      text += (i == 0 ? '=' : ',') + std::to_string(fault.numbers[i]);
+    }
   }
   return text;
 }

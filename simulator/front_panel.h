@@ -25,7 +25,7 @@ struct FrontPanelResult {
   int baud = 0;
 };
 
-/// The front panel of the simulated unit: one command a line ("set 266 2", "source 48", "help").
+/// The front panel of the simulated unit: one command a line ("set Lock mode 2", "list", "help").
 class FrontPanel {
  public:
   explicit FrontPanel(SimulatedUnit& unit) : unit_(unit) {}
@@ -35,6 +35,20 @@ class FrontPanel {
  private:
   using Words = std::vector<std::string_view>;
 
+  /// A parameter at the beginning of some words, by its address or by its name of several words.
+  struct Parameter {
+    int address = 0;
+    Words rest;  ///< the words behind it
+  };
+
+  /// The longest name wins: "Zoom Pan H" is not "Zoom". @param words the command and its words
+  [[nodiscard]] std::optional<Parameter> ParameterIn(const Words& words) const;
+  [[nodiscard]] static FrontPanelResult SayNoParameter(const Words& words);
+  [[nodiscard]] FrontPanelResult SayNoSource() const;
+  [[nodiscard]] std::string ListLine(int address) const;
+  [[nodiscard]] bool IsPerSource(int address) const;
+
+  [[nodiscard]] FrontPanelResult List(const Words& words);
   [[nodiscard]] FrontPanelResult Set(const Words& words);
   [[nodiscard]] FrontPanelResult Get(const Words& words);
   [[nodiscard]] FrontPanelResult Source(const Words& words);

@@ -24,13 +24,8 @@ struct Settings {
   std::vector<std::string> faults;
 };
 
-void DefineOptions(QCommandLineParser& parser) {
-  parser.setApplicationDescription(
-      "A simulated unit on a pseudo-terminal, linked as a port of the control panel.\n"
-      "Type help on its standard input for its front panel.");
-  parser.addHelpOption();
-  parser.addVersionOption();
-  parser.addOptions({
+QList<QCommandLineOption> Options() {
+  return {
       {"port", "Port number that stands for the unit (default 1).", "NUMBER", "1"},
       {"type", "Product type, any number (default 35).", "NUMBER", "35"},
       {"sources", "Fitted sources, or none (default 16,17,48,64,80).", "LIST", "16,17,48,64,80"},
@@ -44,7 +39,25 @@ void DefineOptions(QCommandLineParser& parser) {
            QString::fromStdString(kalde2::FaultNames()) + '.',
        "NAME[=NUMBERS]"},
       {"quiet", "Print no line for each frame."},
-  });
+  };
+}
+
+void DefineOptions(QCommandLineParser& parser) {
+  parser.setApplicationDescription(
+      "A simulated unit on a pseudo-terminal, linked as a port of the control panel.\n"
+      "Type help on its standard input for its front panel.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOptions(Options());
+}
+
+/// What could have been given: "--port NUMBER, --type NUMBER, ...".
+std::string OptionNames() {
+  QStringList names;
+  for (const QCommandLineOption& option : Options()) {
+    names << QString("--%1 %2").arg(option.names().constFirst(), option.valueName()).trimmed();
+  }
+  return (names.join(", ") + ", --help").toStdString();
 }
 
 /// Reads the options of the command line; the first that is wrong ends the reading.
@@ -75,15 +88,12 @@ class SettingsReader {
   [[nodiscard]] const std::string& Problem() const { return problem_; }
 
  private:
-  int NumberIn(const QString& text, const QString& option, int least, int most) {
+  int Number(const QString& option, int least, int most) {
+    const QString text = parser_.value(option);
     const std::optional<int> number = kalde2::ReadNumber(text.trimmed().toStdString());
     if (number && *number >= least && *number <= most) return *number;
     Complain(QString("--%1 takes %2..%3, not \"%4\"").arg(option).arg(least).arg(most).arg(text));
     return least;
-  }
-
-  int Number(const QString& option, int least, int most) {
-    return NumberIn(parser_.value(option), option, least, most);
   }
 
   void ReadSources(UnitOptions& unit) {
@@ -91,7 +101,15 @@ class SettingsReader {
     const QString list = parser_.value("sources");
     if (list == "none") return;
     for (const QString& word : list.split(',')) {
-      unit.fitted_sources.push_back(NumberIn(word, "sources", 0, kalde2::kSourceCodes - 1));
+      const std::optional<int> source = kalde2::ReadNumber(word.trimmed().toStdString());
+      if (!source || *source < 0 || *source >= kalde2::kSourceCodes) {
+        Complain(QString("--sources takes numbers of 0..%1 with commas between them, or none, not "
+                         "\"%2\"")
+                     .arg(kalde2::kSourceCodes - 1)
+                     .arg(list));
+        return;
+      }
+      unit.fitted_sources.push_back(*source);
     }
   }
 
@@ -103,7 +121,11 @@ class SettingsReader {
       return;
     }
     kalde2::ResolutionReading reading = kalde2::ReadResolutionSlots(text);
-    if (!reading.problem.empty()) Complain(QString::fromStdString(reading.problem));
+    if (!reading.problem.empty()) {
+      Complain(QString("--resolutions takes 0..%1 or a file: %2")
+                   .arg(kalde2::kMaxResolutionSlots)
+                   .arg(QString::fromStdString(reading.problem)));
+    }
     unit.resolutions = std::move(reading.resolutions);
   }
 
@@ -128,8 +150,14 @@ int main(int argc, char* argv[]) {
   QCoreApplication::setApplicationVersion(KALDE2_VERSION);
   QCommandLineParser parser;
   DefineOptions(parser);
-  parser.process(application);
-  if (!parser.positionalArguments().isEmpty()) return Fail("takes options only; see --help");
+  const bool is_understood = parser.parse(QCoreApplication::arguments());
+  const QStringList words = parser.positionalArguments();
+  if (!is_understood || !words.isEmpty()) {
+    const QString problem =
+        is_understood ? '"' + words.constFirst() + "\" is no option." : parser.errorText();
+    return Fail(problem.toStdString() + " The options are " + OptionNames());
+  }
+  parser.process(application);  // --help and --version end here
 
   SettingsReader reader(parser);
   const std::optional<Settings> settings = reader.Read();
@@ -139,7 +167,7 @@ int main(int argc, char* argv[]) {
   kalde2::UnitLoop loop(settings->unit, settings->loop,
                         [](const std::string& line) { std::cout << line << std::endl; });
   for (const std::string& fault : settings->faults) {
-    if (const auto problem = loop.Unit().Faults().Add(fault)) return Fail(*problem);
+    if (const auto problem = loop.Unit().AddFault(fault)) return Fail(*problem);
   }
   if (const auto problem = loop.Plug()) return Fail(*problem);
   loop.Run(stop_signal.Descriptor(), STDIN_FILENO);

@@ -8,14 +8,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The first number above that no link stands for.
+int NextFreePort(const fs::path& ports, int number) {
+  std::error_code error;
+  do {
+    ++number;
+  } while (fs::exists(fs::symlink_status(ports / std::to_string(number), error)));
+  return number;
+}
+
+/// A second unit is the likelier wish, so it comes ahead of the removal.
 std::string TakenProblem(const fs::path& path, int number) {
   std::error_code error;
   const fs::path device = fs::read_symlink(path, error);
   const std::string target = error ? "something else" : device.string();
   const bool is_dangling = !error && !fs::exists(device, error);
   return "port " + std::to_string(number) + " is taken: " + path.string() + " stands for " +
-         target + (is_dangling ? ", which is gone" : "") + "; if no unit uses it, remove it: rm '" +
-         path.string() + "'";
+         target + (is_dangling ? ", which is gone" : "") + "; for a second unit use --port " +
+         std::to_string(NextFreePort(path.parent_path(), number)) +
+         "; if no unit uses it, remove it: rm '" + path.string() + "'";
 }
 
 }  // namespace

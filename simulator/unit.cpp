@@ -122,25 +122,11 @@ std::string SimulatedUnit::AnswerFrame(const std::string& frame, int& address) {
 }
 
 std::string SimulatedUnit::AnswerRead(const UnitRequest& request) {
+  const std::int32_t value = request.address == addresses::kAutoset
+                                 ? ReadAutoset()
+                                 : Value(request.address, request.source);
   return BuildReply(ReplyTo::kReadRequest, request.source, request.address,
-                    ReadValue(request) + WireOffset(request.address));
-}
-
-std::int32_t SimulatedUnit::ReadValue(const UnitRequest& request) {
-  switch (request.address) {
-    case addresses::kProductType:
-      return options_.product_type;
-    case addresses::kSlotCount:
-      return static_cast<std::int32_t>(options_.resolutions.size());
-    case addresses::kAutoset:
-      return ReadAutoset();
-    case addresses::kSourceCode:
-      return request.source;
-    case addresses::kNameIndex:
-      return IsFitted(request.source) ? NameIndexOfSource(request.source) : kNotFitted;
-    default:
-      return bank_.Get(request.address, request.source);
-  }
+                    value + WireOffset(request.address));
 }
 
 bool SimulatedUnit::IsFitted(int source) const {
@@ -199,6 +185,15 @@ std::string SimulatedUnit::AnswerSlotQuery(const std::string& packet) {
 // ---------------------------------------------------------------------------------------------
 // The front panel.
 
+std::optional<int> SimulatedUnit::FindAddress(std::string_view text) const {
+  const std::optional<int> address = ReadAddress(text);
+  return address ? address : words_.FindName(text);
+}
+
+std::optional<std::string> SimulatedUnit::AddFault(std::string_view text) {
+  return faults_.Add(text, [this](std::string_view word) { return FindAddress(word); });
+}
+
 std::string SimulatedUnit::ChangeAtFrontPanel(int address, int source, std::int32_t value) {
   bank_.Set(address, source, value);
   return BuildReply(ReplyTo::kWriteRequest, source, address, value + WireOffset(address));
@@ -211,7 +206,20 @@ std::string SimulatedUnit::NextUnaskedFrame() {
 }
 
 std::int32_t SimulatedUnit::Value(int address, int source) const {
-  return bank_.Get(address, source);
+  switch (address) {
+    case addresses::kProductType:
+      return options_.product_type;
+    case addresses::kSlotCount:
+      return static_cast<std::int32_t>(options_.resolutions.size());
+    case addresses::kAutoset:
+      return autoset_reads_left_ > 0 ? 1 : 0;
+    case addresses::kSourceCode:
+      return source;
+    case addresses::kNameIndex:
+      return IsFitted(source) ? NameIndexOfSource(source) : kNotFitted;
+    default:
+      return bank_.Get(address, source);
+  }
 }
 
 int SimulatedUnit::CurrentSource() const {

@@ -55,7 +55,8 @@ class SimulatedUnit {
   /// The next frame of a stream of unasked ones: "Zoom Pan H" going up from 0 to 100 and again.
   [[nodiscard]] std::string NextUnaskedFrame();
 
-  /// The value that the unit holds, in the panel's terms. @param address 130..413
+  /// The value that the unit holds, in the panel's terms: what a read brings, without its effects.
+  /// @param address 130..413 @param source 0..255
   [[nodiscard]] std::int32_t Value(int address, int source) const;
 
   /// The source that the unit's front panel adjusts ("Setup Source"), 0..255.
@@ -64,8 +65,19 @@ class SimulatedUnit {
   /// What a frame of the unit says, for people.
   [[nodiscard]] std::string DescribeReply(std::string_view bytes) const;
 
+  /// Source numbers of the inputs that the unit has.
+  [[nodiscard]] const std::vector<int>& FittedSources() const { return options_.fitted_sources; }
+
+  /// The address that a user means: 130..413, or the name of a parameter.
+  [[nodiscard]] std::optional<int> FindAddress(std::string_view text) const;
+
+  /// Adds a fault as FaultPlan::Add() does; a parameter can be given by its name as well.
+  /// @return what is wrong with the text and what is right; nothing when the fault is in force
+  [[nodiscard]] std::optional<std::string> AddFault(std::string_view text);
+
   [[nodiscard]] FaultPlan& Faults() { return faults_; }
   [[nodiscard]] const FaultPlan& Faults() const { return faults_; }
+  [[nodiscard]] const UnitWords& Words() const { return words_; }
   [[nodiscard]] const ParamCatalogue& Catalogue() const { return catalogue_; }
   [[nodiscard]] int RequestCount() const { return requests_; }
   [[nodiscard]] int ProblemCount() const { return problems_; }
@@ -81,7 +93,6 @@ class SimulatedUnit {
   [[nodiscard]] std::string AnswerSlotQuery(const std::string& packet);
   [[nodiscard]] std::string AnswerRead(const UnitRequest& request);
   [[nodiscard]] std::string AnswerWrite(const UnitRequest& request);
-  [[nodiscard]] std::int32_t ReadValue(const UnitRequest& request);
   [[nodiscard]] bool IsFitted(int source) const;
   [[nodiscard]] std::int32_t ReadAutoset();
   void FinishAutoset();

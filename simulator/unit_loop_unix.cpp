@@ -73,7 +73,11 @@ std::optional<std::string> UnitLoop::Plug() {
   if (!making.link) return making.problem;
   terminal_ = std::move(opening.terminal);
   link_ = std::move(making.link);
-  print_("ready: port " + std::to_string(options_.port) + " is " + terminal_->Device());
+  const std::string port = std::to_string(options_.port);
+  print_("ready: port " + port + " is " + terminal_->Device());
+  print_("next: in the panel enter port " + port +
+         (options_.baud != 0 ? " and baud rate " + std::to_string(options_.baud) : "") +
+         " and press \"Open Port\"; here type list or help");
   return std::nullopt;
 }
 

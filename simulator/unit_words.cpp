@@ -1,5 +1,7 @@
 #include "simulator/unit_words.h"
 
+#include <algorithm>
+
 #include "link/fault.h"
 #include "simulator/unit_addresses.h"
 
@@ -15,9 +17,9 @@ struct UnlistedParameter {
 constexpr std::array kUnlistedParameters =
     std::to_array<UnlistedParameter>({{134, "Zoom"}, {135, "Shrink"}, {403, "Fade"}});
 
-std::string_view UnlistedName(int address) {
+const UnlistedParameter* FindUnlisted(int address) {
   const auto found = std::ranges::find(kUnlistedParameters, address, &UnlistedParameter::address);
-  return found == kUnlistedParameters.end() ? "(not listed)" : found->name;
+  return found == kUnlistedParameters.end() ? nullptr : &*found;
 }
 
 ValueNames NamesFor(std::int32_t product_type, const std::vector<int>& fitted_sources) {
@@ -40,6 +42,14 @@ ValueNames NamesFor(std::int32_t product_type, const std::vector<int>& fitted_so
 }
 
 }  // namespace
+
+std::string InLowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lower;
+}
 
 UnitWords::UnitWords(const ParamCatalogue& catalogue, std::int32_t product_type,
                      const std::vector<int>& fitted_sources)
@@ -69,11 +79,8 @@ const ParamRecord* UnitWords::ListedRecord(int address) const {
 }
 
 std::string UnitWords::Parameter(int address, int source) const {
-  const SpecialAddress* special = FindSpecial(address);
   const ParamRecord* record = ListedRecord(address);
-  std::string text(special != nullptr  ? special->name
-                   : record != nullptr ? std::string_view(record->Name)
-                                       : UnlistedName(address));
+  std::string text(Name(address));
   text += " [" + std::to_string(address) + ']';
   const bool has_source = address == addresses::kSourceCode || address == addresses::kNameIndex ||
                           (record != nullptr && record->PerSource);
@@ -105,7 +112,40 @@ std::string UnitWords::RangeRemark(int address, std::int32_t value) const {
   const ParamRecord* record = ListedRecord(address);
   if (record == nullptr || record->HasList) return {};
   if (value >= record->MinValue && value <= record->MaxValue) return {};
-  return ", outside " + std::to_string(record->MinValue) + ".." + std::to_string(record->MaxValue);
+  return ", outside " + Range(address);
+}
+
+std::string UnitWords::Range(int address) const {
+  const ParamRecord* record = ListedRecord(address);
+  if (record == nullptr || record->HasList) return {};
+  return std::to_string(record->MinValue) + ".." + std::to_string(record->MaxValue);
+}
+
+std::string_view UnitWords::Name(int address) const {
+  if (const SpecialAddress* special = FindSpecial(address)) return special->name;
+  if (const ParamRecord* record = ListedRecord(address)) return record->Name;
+  const UnlistedParameter* unlisted = FindUnlisted(address);
+  return unlisted != nullptr ? unlisted->name : "(not listed)";
+}
+
+std::vector<int> UnitWords::NamedAddresses() const {
+  std::vector<int> addresses;
+  for (const CatalogueIndex index : catalogue_.ActiveParams()) {
+    addresses.push_back(AddressOf(index));
+  }
+  for (const UnlistedParameter& parameter : kUnlistedParameters) {
+    if (ListedRecord(parameter.address) == nullptr) addresses.push_back(parameter.address);
+  }
+  for (const SpecialAddress& special : kSpecialAddresses) addresses.push_back(special.address);
+  return addresses;
+}
+
+std::optional<int> UnitWords::FindName(std::string_view name) const {
+  const std::string wanted = InLowerCase(name);
+  for (const int address : NamedAddresses()) {
+    if (InLowerCase(Name(address)) == wanted) return address;
+  }
+  return std::nullopt;
 }
 
 }  // namespace kalde2

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "simulator/paced_queue.h"
 
 namespace kalde2 {
@@ -42,7 +44,7 @@ TEST(FaultPlan, MakesOfAReplyWhatItsNameSays) {
       {{"noise-inside"}, "0:F441041010" + kNoise + "A000002A2\r"},
       {{"noise-after"}, "0:" + kReply + kNoise},
       {{"error-reply"}, "0:F0000\r"},
-      {{"refuse=100", "refuse=266"}, "0:F0000\r"},
+      {{"refuse=130", "refuse=266"}, "0:F0000\r"},
       {{"short-frame=12"}, "0:F441041010A\r"},
       {{"wrong-address"}, "0:F441041010B000002A3\r"},
       {{"flow-bytes"},
@@ -70,11 +72,30 @@ TEST(FaultPlan, CountsRequestsFromTheMomentOfItsSetting) {
 
 TEST(FaultPlan, RefusesWhatIsNoFault) {
   FaultPlan plan = PlanOf({"silent", "none", "late=200"});
-  for (const char* text : {"", "loud", "late", "late=", "late=x", "late=1,2", "late=0", "late=-5",
-                           "split=1,2,3", "silent=1", "late=99999999999"}) {
+  for (const char* text :
+       {"", "loud", "late", "late=", "late=x", "late=1,2", "late=0", "late=-5", "split=1,2,3",
+        "silent=1", "late=99999999999", "split=1,", "refuse=129", "ignore=414"}) {
     EXPECT_NE(plan.Add(text), std::nullopt) << text;
   }
   EXPECT_EQ(plan.Describe(), "late=200");
+}
+
+TEST(FaultPlan, ListsWhatIsInForceAsItCanBeTypedBack) {
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"split=10,3"}, "split=10,3"},
+      {{"split=10"}, "split=10,2"},
+      {{"error-reply"}, "error-reply"},
+      {{"error-reply=7"}, "error-reply=7"},
+      {{"short-frame", "short-packet=9"}, "short-frame=6\nshort-packet=9"},
+      {{"refuse=0x10A", "refuse=130", "silent"}, "refuse=266\nrefuse=130\nsilent"},
+  };
+  for (const auto& [faults, listed] : cases) {
+    EXPECT_EQ(PlanOf(faults).Describe(), listed);
+    std::istringstream lines(listed);
+    FaultPlan again;
+    for (std::string line; std::getline(lines, line);) EXPECT_EQ(again.Add(line), std::nullopt);
+    EXPECT_EQ(again.Describe(), listed);
+  }
 }
 
 TEST(PacedQueue, LetsCharactersThroughAtTenBitsEach) {

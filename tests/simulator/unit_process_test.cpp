@@ -27,12 +27,16 @@ class UnitProgram : public testing::Test {
   void Start(const QStringList& options) {
     qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
     unit_.setProcessChannelMode(QProcess::MergedChannels);
+    said_.clear();
     unit_.start(KALDE2_UNIT, options);
   }
+  /// Waits for a text behind the one that was waited for last.
   bool Says(const QByteArray& text) {
-    QByteArray said = unit_.readAll();
-    while (!said.contains(text) && unit_.waitForReadyRead(kPatience)) said += unit_.readAll();
-    return said.contains(text);
+    said_ += unit_.readAll();
+    while (!said_.contains(text) && unit_.waitForReadyRead(kPatience)) said_ += unit_.readAll();
+    if (!said_.contains(text)) return false;
+    said_.remove(0, said_.indexOf(text) + text.size());
+    return true;
   }
   /// The reply to a query of the product type at a rate.
   QByteArray AskType(qint32 baud) {
@@ -58,12 +62,14 @@ class UnitProgram : public testing::Test {
   QTemporaryDir folder_;
   const QString link_ = folder_.filePath("KALDE2/ports/1");
   QProcess unit_;
+  QByteArray said_;
 };
 
 TEST_F(UnitProgram, LivesOnWithoutAFrontPanelAndRemovesItsLinkOnEverySignal) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     Start({});
     ASSERT_TRUE(Says("ready: port 1 is /dev/"));
+    EXPECT_TRUE(Says("enter port 1 and press \"Open Port\""));
     unit_.closeWriteChannel();
     for (int i = 0; i < 3; ++i) EXPECT_EQ(AskType(QSerialPort::Baud57600), kType);
     EXPECT_TRUE(Says("reads Product type [196]"));
@@ -79,9 +85,25 @@ TEST_F(UnitProgram, NeverOverwritesALink) {
   QFile::link("/dev/pts/99999", link_);
   Start({});
   EXPECT_TRUE(
-      Says("which is gone; if no unit uses it, remove it: rm '" + link_.toLocal8Bit() + "'"));
+      Says("which is gone; for a second unit use --port 2; if no unit uses it, remove it: rm '" +
+           link_.toLocal8Bit() + "'"));
   EXPECT_EQ(ExitCode(), 1);
   EXPECT_EQ(QFile::symLinkTarget(link_), "/dev/pts/99999");
+}
+
+TEST_F(UnitProgram, SaysWhatWouldHaveBeenRight) {
+  const std::pair<QStringList, QByteArray> cases[] = {
+      {{"--prot", "2"}, "The options are --port NUMBER, --type NUMBER"},
+      {{"2"}, "\"2\" is no option. The options are --port NUMBER"},
+      {{"--sources", "16,x"}, "numbers of 0..255 with commas between them, or none"},
+      {{"--fault", "loud"}, "no fault \"loud\"; there are silent, silent-for=N"},
+      {{"--fault", "refuse=Zoom Tan H"}, "use refuse=ADDRESS"},
+  };
+  for (const auto& [options, right] : cases) {
+    Start(options);
+    EXPECT_TRUE(Says(right)) << right.toStdString();
+    EXPECT_EQ(ExitCode(), 1);
+  }
 }
 
 TEST_F(UnitProgram, WithARateItIsPacedAndDeafToOtherRates) {
