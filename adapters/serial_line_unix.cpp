@@ -2,6 +2,8 @@
 #include <termios.h>
 
 #include <QFileInfo>
+#include <QSocketNotifier>
+#include <utility>
 
 #include "adapters/serial_line.h"
 
@@ -38,9 +40,25 @@ void RestartOutput(LineHandle line) {
   tcflow(line, TCOON);
 }
 
-bool CanWriteNow(LineHandle line) {
-  pollfd descriptor{.fd = line, .events = POLLOUT, .revents = 0};
-  return poll(&descriptor, 1, 0) > 0;
+LineState LookAt(LineHandle line) {
+  pollfd descriptor{.fd = line, .events = POLLIN | POLLOUT, .revents = 0};
+  if (poll(&descriptor, 1, 0) <= 0) return {};
+  const auto has = [&](int events) { return (descriptor.revents & events) != 0; };
+  // To poll() of macOS devices are POLLNVAL.
+  return {.is_gone = has(POLLHUP | POLLERR),
+          .has_input = has(POLLIN | POLLNVAL),
+          .takes_output = has(POLLOUT | POLLNVAL)};
+}
+
+// A line that has hung up is readable for good and gives nothing, which Qt 6.8 takes for no news.
+std::unique_ptr<QObject> WatchForLoss(LineHandle line, std::function<void()> on_loss) {
+  auto watch = std::make_unique<QSocketNotifier>(line, QSocketNotifier::Exception);
+  QObject::connect(watch.get(), &QSocketNotifier::activated,
+                   [notifier = watch.get(), on_loss = std::move(on_loss)] {
+                     notifier->setEnabled(false);
+                     on_loss();
+                   });
+  return watch;
 }
 
 QString CanonicalDevice(const QString& device) {

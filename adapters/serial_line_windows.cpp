@@ -33,9 +33,17 @@ void RestartOutput(LineHandle line) {
   EscapeCommFunction(line, SETXON);
 }
 
-// Writes overlap; the system takes them at any time.
-bool CanWriteNow(LineHandle) {
-  return true;
+// Reads and writes overlap: what is on its way is seen by trying, and output is taken at any time.
+LineState LookAt(LineHandle line) {
+  DWORD errors = 0;
+  return {.is_gone = !ClearCommError(line, &errors, nullptr),
+          .has_input = true,
+          .takes_output = true};
+}
+
+// The read that is always under way fails with the line, which QSerialPort tells.
+std::unique_ptr<QObject> WatchForLoss(LineHandle, std::function<void()>) {
+  return nullptr;
 }
 
 // COM<n> has no links.

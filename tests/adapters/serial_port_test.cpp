@@ -4,6 +4,7 @@
 
 #include <QTest>
 #include <QTimer>
+#include <cerrno>
 #include <functional>
 
 #include "adapters/qt_clock.h"
@@ -24,7 +25,7 @@ class QtSerialPortTest : public testing::Test, public PortListener {
   void PortLost(const std::string& reason) override {
     ++losses_;
     EXPECT_FALSE(port_.PortOpen());
-    EXPECT_NE(reason, "");
+    EXPECT_EQ(reason, line_.Device() + " is gone");
   }
 
   void OpenNewLine() {
@@ -116,6 +117,40 @@ TEST_F(QtSerialPortTest, StoppedLineHoldsTextUntilSoftwareFlowControlIsSuspended
   port_.SetHandshaking(Handshaking::kRts);
   port_.Output("gone");
   EXPECT_EQ(line_.Receive(100ms), "held gone");
+}
+
+TEST_F(QtSerialPortTest, InputHasAllThatWaitsWithoutTheEventLoop) {
+  OpenNewLine();
+  const std::string frames(3000, 'F');
+  for (const std::string& sent : {std::string("F441041010A000002A2\r"), frames, std::string()}) {
+    ASSERT_TRUE(line_.Send(sent));
+    clock_.Sleep(20ms);
+    EXPECT_EQ(port_.Input(), sent);
+  }
+  clock_.ServeEvents(20ms);
+  EXPECT_EQ(events_, 0) << "what has been read raises no receive event";
+  ASSERT_TRUE(line_.Send("late"));
+  EXPECT_EQ(ReadAtLeast(4), "late");
+  EXPECT_EQ(events_, 1);
+}
+
+// The event loop tells of characters that a handler before has read already. QSerialPort then makes
+// of an error what it finds in errno.
+TEST_F(QtSerialPortTest, CharactersReadAheadOfTheirEventAreNoLoss) {
+  for (const int left_behind : {0, EAGAIN, EIO}) {
+    OpenNewLine();
+    ASSERT_TRUE(line_.Send("first"));
+    const auto read = [&] {
+      EXPECT_EQ(port_.Input(), "first");
+      errno = left_behind;
+    };
+    QMetaObject::invokeMethod(qApp, read, Qt::QueuedConnection);
+    QTest::qWait(50);
+    EXPECT_EQ(losses_, 0);
+    ASSERT_TRUE(port_.PortOpen());
+    ASSERT_TRUE(line_.Send("second"));
+    EXPECT_EQ(ReadAtLeast(6), "second");
+  }
 }
 
 TEST_F(QtSerialPortTest, LossClosesOnceWithoutSpinning) {
