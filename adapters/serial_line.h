@@ -23,8 +23,8 @@ void RestartOutput(LineHandle line);
 
 /// How a line stands at this moment.
 struct LineState {
-  bool is_gone;       ///< hung up, or its device taken away
-  bool has_input;     ///< characters wait that QSerialPort has not fetched; trying tells for certain
+  bool is_gone;    ///< hung up, or its device taken away
+  bool has_input;  ///< characters wait that QSerialPort has not fetched; trying tells for certain
   bool takes_output;  ///< a write goes through at once
 };
 [[nodiscard]] LineState LookAt(LineHandle line);

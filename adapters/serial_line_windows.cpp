@@ -36,9 +36,8 @@ void RestartOutput(LineHandle line) {
 // Reads and writes overlap: what is on its way is seen by trying, and output is taken at any time.
 LineState LookAt(LineHandle line) {
   DWORD errors = 0;
-  return {.is_gone = !ClearCommError(line, &errors, nullptr),
-          .has_input = true,
-          .takes_output = true};
+  return {
+      .is_gone = !ClearCommError(line, &errors, nullptr), .has_input = true, .takes_output = true};
 }
 
 // The read that is always under way fails with the line, which QSerialPort tells.

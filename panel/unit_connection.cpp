@@ -57,7 +57,7 @@ std::string UnitConnection::OpenPort() {
     setup.comm_port = RoundToInt16(NumericValue(Text(form_.txt_port->text())));
     return port_.Open(setup).value_or(std::string());
   } catch (const Fault&) {
-    return "There is no serial port " + Text(form_.txt_port->text()) + " on this computer";
+    return "There is no serial port " + form_.txt_port->text().toStdString() + " on this computer";
   }
 }
 
