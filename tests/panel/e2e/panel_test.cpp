@@ -130,6 +130,22 @@ TEST_F(EndToEnd, WhatOneSideChangesReachesTheOther) {
   EXPECT_TRUE(unit->Requests().isEmpty());
 }
 
+TEST_F(EndToEnd, WhatCameInASleepIsNoReply) {
+  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+  constexpr std::int16_t kAutoset = 254;
+  CommandLink& link = panel->application.Link();
+  for (int round = 0; round < 3; ++round) {
+    unit->Command("set 159 " + QByteArray::number(42 + round));
+    panel->clock.Sleep(200ms);
+    for (int read = 0; read < 2; ++read) {
+      const ReplyRecord reply = link.SendParameter(kRead, kFirstSourceCode, 0, kAutoset);
+      EXPECT_TRUE(reply.Valid);
+      EXPECT_EQ(reply.Address, kAutoset);
+      EXPECT_EQ(reply.Value, 0);
+    }
+  }
+}
+
 TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
   ASSERT_NO_FATAL_FAILURE(StartAndOpen());
   unit->Command("set 315 77");
