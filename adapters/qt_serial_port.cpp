@@ -109,6 +109,10 @@ QString QtSerialPort::OpenDevice(const QString& device, const PortSetup& setup) 
 
 QString QtSerialPort::WhyNotOpened(const QString& device) const {
   if (port_.error() != QSerialPort::PermissionError) return port_.errorString();
+  if (const QString lock = AbandonedLock(device); !lock.isEmpty()) {
+    return QString("%1 is locked by %2, whose owner no longer runs. To free it, type: sudo rm %2")
+        .arg(device, lock);
+  }
   if (MayOpen(device)) return QString("%1 is in use by another program").arg(device);
   return QString("%1 may only be used by the members of the group \"%2\"")
       .arg(device, QFileInfo(device).group());

@@ -13,8 +13,8 @@ namespace kalde2 {
 /// The serial port over QSerialPort. Characters are read when the event loop says that they have
 /// come, or when they are asked for; nothing polls. Beside what SerialPort tells:
 ///  - Open() fails with a text for: settings that are none, a number that stands for no port, a
-///    port in use, one that the user may not use, one that does not take the settings, and whatever
-///    else the system says.
+///    port in use, one that a program of another user has locked and died, one that the user may
+///    not use, one that does not take the settings, and whatever else the system says.
 ///  - Close() throws away what is not sent yet.
 ///  - Input() never waits, and what it has read raises no receive event.
 ///  - A line that goes away closes the port and tells the listener from the event loop, once.

@@ -36,6 +36,10 @@ struct LineState {
 /// The one path of a device behind all its links, which is what its lock file goes by.
 [[nodiscard]] QString CanonicalDevice(const QString& device);
 
+/// The lock file of a device whose owner no longer runs, empty where there is none. QSerialPort
+/// removes such a file itself where the user may: one that stays belongs to another user.
+[[nodiscard]] QString AbandonedLock(const QString& device);
+
 /// Whether the user's rights reach for opening the device.
 [[nodiscard]] bool MayOpen(const QString& device);
 

@@ -1,8 +1,12 @@
 #include <poll.h>
+#include <signal.h>
 #include <termios.h>
 
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSocketNotifier>
+#include <array>
+#include <cerrno>
 #include <utility>
 
 #include "adapters/serial_line.h"
@@ -16,6 +20,16 @@ constexpr tcflag_t kSoftwareFlags = IXON | IXOFF | IXANY;
 
 constexpr tcflag_t SoftwareFlags(Handshaking handshaking) {
   return handshaking == Handshaking::kRtsXonXoff ? IXON | IXOFF : 0;
+}
+
+/// Where QSerialPort looks for a folder for its locks, in its order.
+constexpr std::array kLockFolders = {"/var/lock",         "/etc/locks", "/var/spool/locks",
+                                     "/var/spool/uucp",   "/tmp",       "/var/tmp",
+                                     "/var/lock/lockdev", "/run/lock"};
+
+/// A process of another user runs, too, though it takes no signal.
+bool Runs(qint64 process) {
+  return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
 }
 
 }  // namespace
@@ -63,6 +77,22 @@ std::unique_ptr<QObject> WatchForLoss(LineHandle line, std::function<void()> on_
 
 QString CanonicalDevice(const QString& device) {
   return QFileInfo(device).canonicalFilePath();
+}
+
+QString AbandonedLock(const QString& device) {
+  QString name = CanonicalDevice(device);
+  if (name.startsWith(QLatin1String("/dev/"))) name.remove(0, 5);
+  name.replace('/', '_');
+  for (const char* const folder : kLockFolders) {
+    const QFileInfo file(QString("%1/LCK..%2").arg(QLatin1String(folder), name));
+    qint64 owner = 0;
+    QString host;
+    QString program;
+    const bool tells =
+        file.exists() && QLockFile(file.filePath()).getLockInfo(&owner, &host, &program);
+    if (tells && !Runs(owner)) return file.canonicalFilePath();
+  }
+  return {};
 }
 
 bool MayOpen(const QString& device) {

@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSysInfo>
 #include <QTest>
 #include <QTimer>
 #include <cerrno>
+#include <exception>
 #include <functional>
 
 #include "adapters/qt_clock.h"
@@ -15,6 +20,22 @@ namespace kalde2 {
 namespace {
 
 using namespace std::chrono_literals;
+
+/// Gives up the rights of root while the scope lasts.
+class NotRoot {
+ public:
+  NotRoot() { Become(65534); }
+  ~NotRoot() { Become(0); }
+  NotRoot(const NotRoot&) = delete;
+  NotRoot& operator=(const NotRoot&) = delete;
+
+ private:
+  void Become(uid_t user) const {
+    if (is_root_ && seteuid(user) != 0) std::terminate();
+  }
+
+  bool is_root_ = geteuid() == 0;
+};
 
 /// A line on port 1, and what is told of it.
 class QtSerialPortTest : public testing::Test, public PortListener {
@@ -88,6 +109,34 @@ TEST_F(QtSerialPortTest, SaysWhyItDoesNotOpen) {
   EXPECT_EQ(port_.Open({.settings = "57600,N,8,1", .comm_port = 7}),
             "There is no serial port 7 on this computer");
   EXPECT_FALSE(port_.PortOpen());
+}
+
+TEST_F(QtSerialPortTest, NamesALockThatADeadProgramOfAnotherUserHasLeft) {
+  OpenNewLine();
+  port_.Close();
+  QProcess program;
+  program.start("true", QStringList());
+  ASSERT_TRUE(program.waitForStarted());
+  const QByteArray dead = QByteArray::number(program.processId());
+  ASSERT_TRUE(program.waitForFinished());
+  const QString path = QString("%1/LCK..%2")
+                           .arg(QFileInfo("/var/lock").canonicalFilePath(),
+                                directory_.device.mid(5).replace('/', '_'));
+  QFile lock(path);
+  ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+  lock.write(dead + "\ntrue\n" + QSysInfo::machineHostName().toLocal8Bit() + '\n');
+  lock.close();
+  std::optional<std::string> expected;  // a lock of one's own is taken over
+  if (geteuid() == 0) {
+    expected = line_.Device() + " is locked by " + path.toStdString() +
+               ", whose owner no longer runs. To free it, type: sudo rm " + path.toStdString();
+  }
+  {
+    const NotRoot ordinary;
+    EXPECT_EQ(port_.Open(kSetup), expected);
+  }
+  port_.Close();
+  QFile::remove(path);
 }
 
 TEST_F(QtSerialPortTest, PassesEveryByteWhileSoftwareFlowControlIsSuspended) {
