@@ -2,6 +2,7 @@
 #include <QIcon>
 #include <cstdlib>
 
+#include "adapters/end_signals.h"
 #include "adapters/port_numbers.h"
 #include "adapters/qt_clock.h"
 #include "adapters/qt_dialogs.h"
@@ -40,6 +41,15 @@ int main(int argc, char* argv[]) {
                                   [] { std::_Exit(EXIT_SUCCESS); }});
   boxes.SetParent(&panel.Window());
   dialogs.SetParent(&panel.Window());
+
+  // Others may end the panel just as its operator does. A logout that begins may be called off.
+  const auto end = [&panel] { panel.Window().Form_Unload(); };
+  const kalde2::EndSignals signals_to_end;
+  QObject::connect(&signals_to_end, &kalde2::EndSignals::Raised, end);
+  QObject::connect(&application, &QCoreApplication::aboutToQuit, end);
+  QObject::connect(&application, &QGuiApplication::commitDataRequest,
+                   [&panel] { panel.Window().SaveSerialSettings(); });
+
   panel.Window().show();
   return QApplication::exec();
 }

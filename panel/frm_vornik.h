@@ -45,6 +45,12 @@ class frm_vornik : public QMainWindow, public PortListener {
   /// Connects the handlers and runs the start-up sequence.
   void Attach(const Parts& parts);
 
+  /// Stores the port and the baud rate for the next start.
+  void SaveSerialSettings();
+
+  /// The panel is to end, whatever runs or is open: saves, shuts the port and ends the program.
+  void Form_Unload();
+
   /// The window object is going: shuts the port and ends the program, saving nothing.
   void Form_Terminate();
 
@@ -68,7 +74,6 @@ class frm_vornik : public QMainWindow, public PortListener {
 
  private:
   void Form_Load();
-  void Form_Unload();
   void Cmd_openclose_Click();
   void txt_port_KeyPress(int& KeyAscii);
   void TmrProcessMessage_Timer();
@@ -88,7 +93,6 @@ class frm_vornik : public QMainWindow, public PortListener {
   void mnu_about_Click();
 
   [[nodiscard]] std::pair<QString, QString> LoadSerialSettings() const;
-  void SaveSerialSettings();
   void FillResolutionList();
   void ClosePort();
   void UpdatePortHint();

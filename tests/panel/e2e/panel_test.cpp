@@ -1,9 +1,12 @@
 // How the program starts and ends, what an idle panel costs, and that what one side changes reaches
 // the other.
 
+#include <signal.h>
+
 #include <QDir>
 #include <QSettings>
 
+#include "adapters/end_signals.h"
 #include "tests/adapters/test_line.h"
 #include "tests/support/e2e_fixture.h"
 
@@ -67,6 +70,55 @@ TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
   QByteArray output = program.readAll();
   output.replace("This plugin does not support propagateSizeHints()\n", "");
   EXPECT_EQ(output.toStdString(), "");
+}
+
+TEST(PanelProgram, StoresWhatExitStoresOnEverySignalToEnd) {
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
+    const QTemporaryDir folder;
+    QProcess program;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", folder.path());
+    program.setProcessEnvironment(environment);
+    program.start(KALDE2_PANEL, QStringList());
+    ASSERT_TRUE(program.waitForStarted());
+    EXPECT_FALSE(program.waitForFinished(1000));
+    kill(static_cast<pid_t>(program.processId()), signal);
+    ASSERT_TRUE(program.waitForFinished(5000));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << signal;
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_TRUE(FileText(folder.filePath("KALDE2/KALDE2.conf")).contains("Serial%20Port=1"));
+  }
+}
+
+TEST_F(EndToEnd, ASignalEndsWhateverRunsOrIsOpen) {
+  const std::function<void()> moments[] = {
+      [] { Rest(100ms); },
+      [this] { Choose("mnu_clone_read"); },
+      [this] { Choose("mnu_about"), Choose("cmd_function_strore"); },
+      [this] { Choose("mnu_file_save"); },
+  };
+  const QString lock = "/var/lock/LCK..";
+  for (const auto& moment : moments) {
+    ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+    const QString device = panel->ports.DeviceFor(1).mid(5).replace('/', '_');
+    EXPECT_TRUE(QFile::exists(lock + device));
+    Form().txt_port->setText("9");
+    const EndSignals signals_to_end;
+    QObject::connect(&signals_to_end, &EndSignals::Raised, [this] {
+      Window().Form_Unload();
+      if (QWidget* const box = QApplication::activeModalWidget()) box->close();
+    });
+    answers = false;
+    unit->Command("fault late=100");
+    QTimer::singleShot(50ms, [] { raise(SIGTERM); });
+    moment();
+    EXPECT_TRUE(Becomes([this] { return panel->ends > 0; }));
+    answers = true;
+    EXPECT_EQ(panel->ends, 1);
+    EXPECT_FALSE(panel->port.PortOpen() || QFile::exists(lock + device));
+    EXPECT_EQ(panel->settings.GetSetting("Tessaly", "Serial Port", ""), "9");
+    panel->settings.SaveSetting("Tessaly", "Serial Port", "1");
+  }
 }
 
 TEST_F(EndToEnd, RemembersThePortWhereItCanAndClosesInSilence) {
