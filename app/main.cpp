@@ -1,6 +1,8 @@
 #include <QApplication>
 #include <QIcon>
 #include <cstdlib>
+#include <functional>
+#include <utility>
 
 #include "adapters/end_signals.h"
 #include "adapters/port_numbers.h"
@@ -20,6 +22,19 @@ QIcon AppIcon() {
   }
   return icon;
 }
+
+/// Runs a last step in exit(). Qt calls that out of the event loop when the display goes away, as
+/// it does in many a logout; everything on the stack of main() is still there.
+class AtExit {
+ public:
+  explicit AtExit(std::function<void()> step) : step_(std::move(step)) {}
+  ~AtExit() { step_(); }
+  AtExit(const AtExit&) = delete;
+  AtExit& operator=(const AtExit&) = delete;
+
+ private:
+  std::function<void()> step_;
+};
 
 }  // namespace
 
@@ -49,6 +64,7 @@ int main(int argc, char* argv[]) {
   QObject::connect(&application, &QCoreApplication::aboutToQuit, end);
   QObject::connect(&application, &QGuiApplication::commitDataRequest,
                    [&panel] { panel.Window().SaveSerialSettings(); });
+  static const AtExit at_exit(end);
 
   panel.Window().show();
   return QApplication::exec();
