@@ -210,6 +210,11 @@ TEST_F(QtSerialPortTest, LossClosesOnceWithoutSpinning) {
                                         },
                                         [&] {
                                           line_.HangUp();
+                                          EXPECT_THROW((void)port_.Input(), Fault);
+                                          EXPECT_EQ(losses_, 0);
+                                        },
+                                        [&] {
+                                          line_.HangUp();
                                           EXPECT_THROW(port_.Output("F\r"), Fault);
                                           EXPECT_EQ(losses_, 0) << "never from within a call";
                                         }};
@@ -225,7 +230,7 @@ TEST_F(QtSerialPortTest, LossClosesOnceWithoutSpinning) {
   // The loss of an earlier opening leaves the next alone.
   losses_ = 0;
   OpenNewLine();
-  ways[2]();
+  ways[3]();
   OpenNewLine();
   QTest::qWait(50);
   EXPECT_TRUE(port_.PortOpen() && losses_ == 0);
