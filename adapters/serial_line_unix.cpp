@@ -1,5 +1,4 @@
 #include <poll.h>
-#include <signal.h>
 #include <termios.h>
 
 #include <QFileInfo>
@@ -7,6 +6,7 @@
 #include <QSocketNotifier>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <utility>
 
 #include "adapters/serial_line.h"

@@ -1,10 +1,9 @@
 // How the program starts and ends, what an idle panel costs, and that what one side changes reaches
 // the other.
 
-#include <signal.h>
-
 #include <QDir>
 #include <QSettings>
+#include <csignal>
 
 #include "adapters/end_signals.h"
 #include "tests/adapters/test_line.h"
