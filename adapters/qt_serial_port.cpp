@@ -133,7 +133,7 @@ void QtSerialPort::Output(std::string_view text) {
   if (port_.write(text.data(), size) != size) throw Fault(port_.errorString().toStdString());
   // What the line does not take now, QSerialPort sends as soon as it does.
   if (line.takes_output) port_.flush();
-  RequireLine();
+  if (is_lost_) throw Fault("the line is gone");
 }
 
 std::string QtSerialPort::Input() {
