@@ -10,12 +10,12 @@
 namespace kalde2 {
 namespace {
 
-QString FromLatin1(std::string_view text) {
-  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+QString FromUtf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 QString TitleOr(std::string_view title) {
-  return title.empty() ? QString::fromLatin1(AppInfo::kTitle) : FromLatin1(title);
+  return title.empty() ? QString::fromLatin1(AppInfo::kTitle) : FromUtf8(title);
 }
 
 QMessageBox::Icon IconFor(BoxIcon icon) {
@@ -37,7 +37,7 @@ int RunBox(QWidget* parent, std::string_view prompt, QMessageBox::Icon icon, std
   box.setIcon(icon);
   box.setWindowTitle(TitleOr(title));
   box.setTextFormat(Qt::PlainText);
-  box.setText(FromLatin1(prompt));
+  box.setText(FromUtf8(prompt));
   box.setStandardButtons(buttons);
   box.setDefaultButton(QMessageBox::Ok);
   return box.exec();
@@ -54,12 +54,12 @@ std::string ToPath(const QString& chosen) {
 std::optional<std::string> AskName(QWidget* parent, const FileDialogSetup& setup,
                                    QFileDialog::AcceptMode mode) {
   // The label names the pattern already, which is the form that the dialog takes a filter in.
-  QFileDialog dialog(parent, FromLatin1(setup.title), QCoreApplication::applicationDirPath(),
-                     FromLatin1(setup.filter_label));
+  QFileDialog dialog(parent, FromUtf8(setup.title), QCoreApplication::applicationDirPath(),
+                     FromUtf8(setup.filter_label));
   dialog.setAcceptMode(mode);
   dialog.setFileMode(QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
-  dialog.setDefaultSuffix(FromLatin1(setup.default_extension));
+  dialog.setDefaultSuffix(FromUtf8(setup.default_extension));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return ToPath(dialog.selectedFiles().constFirst());
 }

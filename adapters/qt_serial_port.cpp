@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 
-#include "adapters/serial_line.h"
 #include "link/fault.h"
+#include "link/scoped_flag.h"
 
 namespace kalde2 {
 namespace {
@@ -92,9 +92,11 @@ std::optional<std::string> QtSerialPort::Open(const PortSetup& setup) {
 QString QtSerialPort::OpenDevice(const QString& device, const PortSetup& setup) {
   ++opening_;
   is_lost_ = false;
+  device_ = device;
   port_.setPortName(CanonicalDevice(device));
   port_.setFlowControl(QSerialPort::HardwareControl);
   if (!port_.open(QIODevice::ReadWrite)) return WhyNotOpened(device);
+  loss_watch_ = WatchForLoss(port_.handle(), [this] { NoteLoss(); });
   // A line without modem signals has no DTR; it works all the same.
   port_.setDataTerminalReady(setup.dtr_enable);
   if (!SetFlowControl(port_.handle(), setup.handshaking)) {
@@ -107,6 +109,10 @@ QString QtSerialPort::OpenDevice(const QString& device, const PortSetup& setup) 
 
 QString QtSerialPort::WhyNotOpened(const QString& device) const {
   if (port_.error() != QSerialPort::PermissionError) return port_.errorString();
+  if (const QString lock = AbandonedLock(device); !lock.isEmpty()) {
+    return QString("%1 is locked by %2, whose owner no longer runs. To free it, type: sudo rm %2")
+        .arg(device, lock);
+  }
   if (MayOpen(device)) return QString("%1 is in use by another program").arg(device);
   return QString("%1 may only be used by the members of the group \"%2\"")
       .arg(device, QFileInfo(device).group());
@@ -116,22 +122,31 @@ void QtSerialPort::Close() {
   if (!port_.isOpen()) return;
   // The system would wait half a minute for a unit that is off to take what is left.
   port_.clear(QSerialPort::Output);
+  loss_watch_.reset();
   port_.close();
   ++opening_;
 }
 
 void QtSerialPort::Output(std::string_view text) {
-  RequireLine();
+  const LineState line = RequireLine();
   const auto size = static_cast<qint64>(text.size());
   if (port_.write(text.data(), size) != size) throw Fault(port_.errorString().toStdString());
   // What the line does not take now, QSerialPort sends as soon as it does.
-  if (CanWriteNow(port_.handle())) port_.flush();
-  RequireLine();
+  if (line.takes_output) port_.flush();
+  if (is_lost_) throw Fault("the line is gone");
 }
 
 std::string QtSerialPort::Input() {
-  RequireLine();
+  if (RequireLine().has_input) Fetch();
   return port_.readAll().toStdString();
+}
+
+/// Takes over what waits in the system, which QSerialPort itself does in the event loop only.
+void QtSerialPort::Fetch() {
+  const ScopedFlag fetching(is_fetching_);
+  while (port_.waitForReadyRead(0) && port_.bytesAvailable() < kUnreadLimit &&
+         LookAt(port_.handle()).has_input) {
+  }
 }
 
 void QtSerialPort::SetHandshaking(Handshaking handshaking) {
@@ -142,32 +157,47 @@ void QtSerialPort::SetHandshaking(Handshaking handshaking) {
 }
 
 void QtSerialPort::OnReadyRead() {
+  if (is_fetching_) return;
   if (Listener() != nullptr) Listener()->MSComm1_OnComm();
   if (port_.isOpen() && port_.bytesAvailable() > kUnreadLimit) port_.readAll();
 }
 
 void QtSerialPort::OnError(QSerialPort::SerialPortError error) {
-  const bool is_loss = error == QSerialPort::ReadError || error == QSerialPort::ResourceError ||
-                       error == QSerialPort::WriteError;
-  if (!is_loss || is_lost_ || !port_.isOpen()) return;
+  const bool concerns_line = error == QSerialPort::ReadError ||
+                             error == QSerialPort::ResourceError ||
+                             error == QSerialPort::WriteError;
+  if (!concerns_line || !port_.isOpen()) return;
+  if (LookAt(port_.handle()).is_gone) {
+    NoteLoss();
+  } else {
+    // The event loop told of characters that were read ahead of it, and QSerialPort takes a read
+    // of nothing for an error. Setting the buffer's size resumes its reading.
+    port_.setReadBufferSize(port_.readBufferSize());
+  }
+}
+
+void QtSerialPort::NoteLoss() {
+  if (is_lost_ || !port_.isOpen()) return;
   is_lost_ = true;
   // A line that is gone reports errors without end, so closing takes its turn ahead of all timers,
   // yet not in the midst of QSerialPort's own work or of a caller's.
   QMetaObject::invokeMethod(
-      this, [this, opening = opening_, reason = port_.errorString()] { Lose(opening, reason); },
-      Qt::QueuedConnection);
+      this, [this, opening = opening_] { Lose(opening); }, Qt::QueuedConnection);
 }
 
-void QtSerialPort::Lose(unsigned opening, const QString& reason) {
+void QtSerialPort::Lose(unsigned opening) {
   if (opening != opening_) return;
   Close();
-  if (Listener() != nullptr) Listener()->PortLost(reason.toStdString());
+  if (Listener() != nullptr) Listener()->PortLost((device_ + " is gone").toStdString());
 }
 
-/// @throws Fault when the port is closed or its line gone
-void QtSerialPort::RequireLine() const {
+/// @return how the open line stands @throws Fault when the port is closed or its line gone
+LineState QtSerialPort::RequireLine() {
   if (!port_.isOpen()) throw Fault("the port is closed");
+  const LineState line = LookAt(port_.handle());
+  if (line.is_gone) NoteLoss();
   if (is_lost_) throw Fault("the line is gone");
+  return line;
 }
 
 }  // namespace kalde2

@@ -2,20 +2,23 @@
 
 #include <QObject>
 #include <QSerialPort>
+#include <memory>
 
+#include "adapters/serial_line.h"
 #include "link/serial_port.h"
 #include "panel/port_directory.h"
 
 namespace kalde2 {
 
 /// The serial port over QSerialPort. Characters are read when the event loop says that they have
-/// come; nothing polls. Beside what SerialPort tells:
+/// come, or when they are asked for; nothing polls. Beside what SerialPort tells:
 ///  - Open() fails with a text for: settings that are none, a number that stands for no port, a
-///  port
-///    in use, one that the user may not use, one that does not take the settings, and whatever else
-///    the system says.
+///    port in use, one that a program of another user has locked and died, one that the user may
+///    not use, one that does not take the settings, and whatever else the system says.
 ///  - Close() throws away what is not sent yet.
+///  - Input() never waits, and what it has read raises no receive event.
 ///  - A line that goes away closes the port and tells the listener from the event loop, once.
+///    Unlinking the device's file alone takes no line away.
 class QtSerialPort final : public QObject, public SerialPort {
   Q_OBJECT
 
@@ -34,15 +37,20 @@ class QtSerialPort final : public QObject, public SerialPort {
  private:
   [[nodiscard]] QString OpenDevice(const QString& device, const PortSetup& setup);
   [[nodiscard]] QString WhyNotOpened(const QString& device) const;
+  void Fetch();
   void OnReadyRead();
   void OnError(QSerialPort::SerialPortError error);
-  void Lose(unsigned opening, const QString& reason);
-  void RequireLine() const;
+  void NoteLoss();
+  void Lose(unsigned opening);
+  LineState RequireLine();
 
   const PortDirectory& directory_;
   QSerialPort port_;
-  unsigned opening_ = 0;  ///< counts openings: a loss concerns its own opening only
-  bool is_lost_ = false;  ///< the line is gone, the closing on its way
+  QString device_;                       ///< as the operator knows it
+  std::unique_ptr<QObject> loss_watch_;  ///< lives as long as the line is open
+  unsigned opening_ = 0;                 ///< counts openings: a loss concerns its own opening only
+  bool is_lost_ = false;                 ///< the line is gone, the closing on its way
+  bool is_fetching_ = false;             ///< what arrives is read already
 };
 
 }  // namespace kalde2

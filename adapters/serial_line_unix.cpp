@@ -2,6 +2,12 @@
 #include <termios.h>
 
 #include <QFileInfo>
+#include <QLockFile>
+#include <QSocketNotifier>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <utility>
 
 #include "adapters/serial_line.h"
 
@@ -14,6 +20,16 @@ constexpr tcflag_t kSoftwareFlags = IXON | IXOFF | IXANY;
 
 constexpr tcflag_t SoftwareFlags(Handshaking handshaking) {
   return handshaking == Handshaking::kRtsXonXoff ? IXON | IXOFF : 0;
+}
+
+/// Where QSerialPort looks for a folder for its locks, in its order.
+constexpr std::array kLockFolders = {"/var/lock",         "/etc/locks", "/var/spool/locks",
+                                     "/var/spool/uucp",   "/tmp",       "/var/tmp",
+                                     "/var/lock/lockdev", "/run/lock"};
+
+/// A process of another user runs, too, though it takes no signal.
+bool Runs(qint64 process) {
+  return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
 }
 
 }  // namespace
@@ -38,13 +54,45 @@ void RestartOutput(LineHandle line) {
   tcflow(line, TCOON);
 }
 
-bool CanWriteNow(LineHandle line) {
-  pollfd descriptor{.fd = line, .events = POLLOUT, .revents = 0};
-  return poll(&descriptor, 1, 0) > 0;
+LineState LookAt(LineHandle line) {
+  pollfd descriptor{.fd = line, .events = POLLIN | POLLOUT, .revents = 0};
+  if (poll(&descriptor, 1, 0) <= 0) return {};
+  const auto has = [&](int events) { return (descriptor.revents & events) != 0; };
+  // To poll() of macOS devices are POLLNVAL.
+  return {.is_gone = has(POLLHUP | POLLERR),
+          .has_input = has(POLLIN | POLLNVAL),
+          .takes_output = has(POLLOUT | POLLNVAL)};
+}
+
+// A line that has hung up is readable for good and gives nothing, which Qt 6.8 takes for no news.
+std::unique_ptr<QObject> WatchForLoss(LineHandle line, std::function<void()> on_loss) {
+  auto watch = std::make_unique<QSocketNotifier>(line, QSocketNotifier::Exception);
+  QObject::connect(watch.get(), &QSocketNotifier::activated,
+                   [notifier = watch.get(), on_loss = std::move(on_loss)] {
+                     notifier->setEnabled(false);
+                     on_loss();
+                   });
+  return watch;
 }
 
 QString CanonicalDevice(const QString& device) {
   return QFileInfo(device).canonicalFilePath();
+}
+
+QString AbandonedLock(const QString& device) {
+  QString name = CanonicalDevice(device);
+  if (name.startsWith(QLatin1String("/dev/"))) name.remove(0, 5);
+  name.replace('/', '_');
+  for (const char* const folder : kLockFolders) {
+    const QFileInfo file(QString("%1/LCK..%2").arg(QLatin1String(folder), name));
+    qint64 owner = 0;
+    QString host;
+    QString program;
+    const bool tells =
+        file.exists() && QLockFile(file.filePath()).getLockInfo(&owner, &host, &program);
+    if (tells && !Runs(owner)) return file.canonicalFilePath();
+  }
+  return {};
 }
 
 bool MayOpen(const QString& device) {

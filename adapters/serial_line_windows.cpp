@@ -33,14 +33,26 @@ void RestartOutput(LineHandle line) {
   EscapeCommFunction(line, SETXON);
 }
 
-// Writes overlap; the system takes them at any time.
-bool CanWriteNow(LineHandle) {
-  return true;
+// Reads and writes overlap: what is on its way is seen by trying, and output is taken at any time.
+LineState LookAt(LineHandle line) {
+  DWORD errors = 0;
+  return {
+      .is_gone = !ClearCommError(line, &errors, nullptr), .has_input = true, .takes_output = true};
+}
+
+// The read that is always under way fails with the line, which QSerialPort tells.
+std::unique_ptr<QObject> WatchForLoss(LineHandle, std::function<void()>) {
+  return nullptr;
 }
 
 // COM<n> has no links.
 QString CanonicalDevice(const QString& device) {
   return device;
+}
+
+// The system itself keeps a port for one program.
+QString AbandonedLock(const QString&) {
+  return {};
 }
 
 // Ports carry no rights of their own: a port that refuses is in use.

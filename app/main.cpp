@@ -1,7 +1,10 @@
 #include <QApplication>
 #include <QIcon>
 #include <cstdlib>
+#include <functional>
+#include <utility>
 
+#include "adapters/end_signals.h"
 #include "adapters/port_numbers.h"
 #include "adapters/qt_clock.h"
 #include "adapters/qt_dialogs.h"
@@ -19,6 +22,19 @@ QIcon AppIcon() {
   }
   return icon;
 }
+
+/// Runs a last step in exit(). Qt calls that out of the event loop when the display goes away, as
+/// it does in many a logout; everything on the stack of main() is still there.
+class AtExit {
+ public:
+  explicit AtExit(std::function<void()> step) : step_(std::move(step)) {}
+  ~AtExit() { step_(); }
+  AtExit(const AtExit&) = delete;
+  AtExit& operator=(const AtExit&) = delete;
+
+ private:
+  std::function<void()> step_;
+};
 
 }  // namespace
 
@@ -40,6 +56,16 @@ int main(int argc, char* argv[]) {
                              [] { std::_Exit(EXIT_SUCCESS); }});
   boxes.SetParent(&window);
   dialogs.SetParent(&window);
+
+  // Others may end the panel just as its operator does. A logout that begins may be called off.
+  const auto end = [&window] { window.Form_Unload(); };
+  const kalde2::EndSignals signals_to_end;
+  QObject::connect(&signals_to_end, &kalde2::EndSignals::Raised, end);
+  QObject::connect(&application, &QCoreApplication::aboutToQuit, end);
+  QObject::connect(&application, &QGuiApplication::commitDataRequest,
+                   [&window] { window.SaveSerialSettings(); });
+  static const AtExit at_exit(end);
+
   window.show();
   return QApplication::exec();
 }

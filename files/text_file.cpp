@@ -68,17 +68,7 @@ bool FileExists(const std::string& path) {
 
 std::string ShownFileName(const std::string& path) {
   const std::u8string name = fs::path(path).filename().u8string();
-  std::string latin1;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const unsigned lead = name[i];
-    const bool is_continuation = (lead & 0xC0U) == 0x80U;
-    if (is_continuation) continue;
-    // 0xC2 and 0xC3 lead the two-byte forms of the upper half of Latin-1.
-    const bool is_upper_half = (lead == 0xC2 || lead == 0xC3) && i + 1 < name.size();
-    const unsigned upper = is_upper_half ? (lead - 0xC2U) * 0x40U + name[i + 1] : '?';
-    latin1 += static_cast<char>(lead < 0x80U ? lead : upper);
-  }
-  return latin1;
+  return {name.begin(), name.end()};
 }
 
 }  // namespace kalde2

@@ -54,7 +54,7 @@ class LineReader {
 /// True where there is a file of this name; a folder is none.
 [[nodiscard]] bool FileExists(const std::string& path);
 
-/// Name of a file without its folder as Latin-1, for messages; "?" for any other character.
+/// Name of a file without its folder, as UTF-8, for messages.
 [[nodiscard]] std::string ShownFileName(const std::string& path);
 
 }  // namespace kalde2

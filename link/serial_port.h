@@ -30,7 +30,7 @@ class PortListener {
   virtual void MSComm1_OnComm() = 0;
 
   /// The line went away. The port is closed already; this comes once, never from within a call.
-  /// @param reason the system's description
+  /// @param reason for the operator, UTF-8
   virtual void PortLost(const std::string& reason) = 0;
 };
 
@@ -42,7 +42,7 @@ class SerialPort {
 
   [[nodiscard]] virtual bool PortOpen() const = 0;
 
-  /// Opens the port. @return nothing on success, else the system's description of the error
+  /// Opens the port. @return nothing on success, else the description of the error, UTF-8
   [[nodiscard]] virtual std::optional<std::string> Open(const PortSetup& setup) = 0;
 
   /// Closes the port; a closed port stays closed.

@@ -8,7 +8,7 @@ namespace kalde2 {
 
 enum class BoxIcon { kNone, kExclamation, kCritical };
 
-/// Modal message boxes. All texts are Latin-1.
+/// Modal message boxes. All texts are UTF-8, as what the system says and files are named is.
 class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
@@ -21,7 +21,7 @@ class MessageBoxes {
 };
 
 /// What a file dialog is opened with. It neither asks before overwriting nor insists that the file
-/// exists.
+/// exists. All texts are UTF-8.
 struct FileDialogSetup {
   std::string_view title;
   std::string_view filter_label;       ///< for example "K2 (*.txt)"

@@ -45,6 +45,12 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   [[nodiscard]] Session& UnitSession() { return session_; }
   [[nodiscard]] CommandEditor& Editor() { return editor_; }
 
+  /// Stores the port and the baud rate for the next start.
+  void SaveSerialSettings();
+
+  /// The panel is to end, whatever runs or is open: saves, shuts the port and ends the program.
+  void Form_Unload();
+
   /// The window object is going: shuts the port and ends the program, saving nothing.
   void Form_Terminate();
 
@@ -62,7 +68,6 @@ class frm_vornik : public QMainWindow, private SessionEvents {
 
  private:
   void Form_Load();
-  void Form_Unload();
   void Cmd_openclose_Click();
   void txt_port_KeyPress(int& KeyAscii);
   [[nodiscard]] bool TypedIntoPort(const QKeyEvent& key);
@@ -85,7 +90,6 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   void mnu_about_Click();
 
   [[nodiscard]] std::pair<QString, QString> LoadSerialSettings() const;
-  void SaveSerialSettings();
   void FillResolutionList();
   void OpenPort();
   void ClosePort();

@@ -4,7 +4,7 @@ namespace kalde2 {
 namespace {
 
 std::string Text(const QString& text) {
-  return text.toLatin1().toStdString();
+  return text.toStdString();
 }
 
 }  // namespace

@@ -26,12 +26,12 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   QtMessageBoxes boxes;
   boxes.SetParent(&window);
   OnNext<QMessageBox>([&](QMessageBox& box) {
-    EXPECT_EQ(box.text(), QString::fromUtf8("<b>50 \u00b0</b>\r\n second"));
+    EXPECT_EQ(box.text(), QString::fromUtf16(u"<b>Ger\u00e4t \u017c</b>\r\n second"));
     EXPECT_EQ(box.textFormat(), Qt::PlainText);
     EXPECT_EQ(box.windowTitle(), "Connect");
     QTest::keyClick(&box, Qt::Key_Escape);
   });
-  boxes.Show("<b>50 \xb0</b>\r\n second", BoxIcon::kCritical, "Connect");
+  boxes.Show("<b>Ger\xC3\xA4t \xC5\xBC</b>\r\n second", BoxIcon::kCritical, "Connect");
   for (const auto& [key, confirmed] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, true}}) {
     OnNext<QMessageBox>([key = key](QMessageBox& box) {
       EXPECT_EQ(box.windowTitle(), "KALDE2 Control Panel");

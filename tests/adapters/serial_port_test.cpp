@@ -2,8 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSysInfo>
 #include <QTest>
 #include <QTimer>
+#include <cerrno>
+#include <exception>
 #include <functional>
 
 #include "adapters/qt_clock.h"
@@ -15,6 +21,22 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Gives up the rights of root while the scope lasts.
+class NotRoot {
+ public:
+  NotRoot() { Become(65534); }
+  ~NotRoot() { Become(0); }
+  NotRoot(const NotRoot&) = delete;
+  NotRoot& operator=(const NotRoot&) = delete;
+
+ private:
+  void Become(uid_t user) const {
+    if (is_root_ && seteuid(user) != 0) std::terminate();
+  }
+
+  bool is_root_ = geteuid() == 0;
+};
+
 /// A line on port 1, and what is told of it.
 class QtSerialPortTest : public testing::Test, public PortListener {
  protected:
@@ -24,7 +46,7 @@ class QtSerialPortTest : public testing::Test, public PortListener {
   void PortLost(const std::string& reason) override {
     ++losses_;
     EXPECT_FALSE(port_.PortOpen());
-    EXPECT_NE(reason, "");
+    EXPECT_EQ(reason, line_.Device() + " is gone");
   }
 
   void OpenNewLine() {
@@ -89,6 +111,34 @@ TEST_F(QtSerialPortTest, SaysWhyItDoesNotOpen) {
   EXPECT_FALSE(port_.PortOpen());
 }
 
+TEST_F(QtSerialPortTest, NamesALockThatADeadProgramOfAnotherUserHasLeft) {
+  OpenNewLine();
+  port_.Close();
+  QProcess program;
+  program.start("true", QStringList());
+  ASSERT_TRUE(program.waitForStarted());
+  const QByteArray dead = QByteArray::number(program.processId());
+  ASSERT_TRUE(program.waitForFinished());
+  const QString path = QString("%1/LCK..%2")
+                           .arg(QFileInfo("/var/lock").canonicalFilePath(),
+                                directory_.device.mid(5).replace('/', '_'));
+  QFile lock(path);
+  ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+  lock.write(dead + "\ntrue\n" + QSysInfo::machineHostName().toLocal8Bit() + '\n');
+  lock.close();
+  std::optional<std::string> expected;  // a lock of one's own is taken over
+  if (geteuid() == 0) {
+    expected = line_.Device() + " is locked by " + path.toStdString() +
+               ", whose owner no longer runs. To free it, type: sudo rm " + path.toStdString();
+  }
+  {
+    const NotRoot ordinary;
+    EXPECT_EQ(port_.Open(kSetup), expected);
+  }
+  port_.Close();
+  QFile::remove(path);
+}
+
 TEST_F(QtSerialPortTest, PassesEveryByteWhileSoftwareFlowControlIsSuspended) {
   OpenNewLine();
   port_.SetHandshaking(Handshaking::kRts);
@@ -118,11 +168,50 @@ TEST_F(QtSerialPortTest, StoppedLineHoldsTextUntilSoftwareFlowControlIsSuspended
   EXPECT_EQ(line_.Receive(100ms), "held gone");
 }
 
+TEST_F(QtSerialPortTest, InputHasAllThatWaitsWithoutTheEventLoop) {
+  OpenNewLine();
+  const std::string frames(3000, 'F');
+  for (const std::string& sent : {std::string("F441041010A000002A2\r"), frames, std::string()}) {
+    ASSERT_TRUE(line_.Send(sent));
+    clock_.Sleep(20ms);
+    EXPECT_EQ(port_.Input(), sent);
+  }
+  clock_.ServeEvents(20ms);
+  EXPECT_EQ(events_, 0) << "what has been read raises no receive event";
+  ASSERT_TRUE(line_.Send("late"));
+  EXPECT_EQ(ReadAtLeast(4), "late");
+  EXPECT_EQ(events_, 1);
+}
+
+// The event loop tells of characters that a handler before has read already. QSerialPort then makes
+// of an error what it finds in errno.
+TEST_F(QtSerialPortTest, CharactersReadAheadOfTheirEventAreNoLoss) {
+  for (const int left_behind : {0, EAGAIN, EIO}) {
+    OpenNewLine();
+    ASSERT_TRUE(line_.Send("first"));
+    const auto read = [&] {
+      EXPECT_EQ(port_.Input(), "first");
+      errno = left_behind;
+    };
+    QMetaObject::invokeMethod(qApp, read, Qt::QueuedConnection);
+    QTest::qWait(50);
+    EXPECT_EQ(losses_, 0);
+    ASSERT_TRUE(port_.PortOpen());
+    ASSERT_TRUE(line_.Send("second"));
+    EXPECT_EQ(ReadAtLeast(6), "second");
+  }
+}
+
 TEST_F(QtSerialPortTest, LossClosesOnceWithoutSpinning) {
   const std::function<void()> ways[] = {[&] { line_.HangUp(); },
                                         [&] {
                                           QTimer::singleShot(30ms, qApp, [&] { line_.HangUp(); });
                                           EXPECT_THROW((void)ReadAtLeast(1), Fault);
+                                        },
+                                        [&] {
+                                          line_.HangUp();
+                                          EXPECT_THROW((void)port_.Input(), Fault);
+                                          EXPECT_EQ(losses_, 0);
                                         },
                                         [&] {
                                           line_.HangUp();
@@ -141,7 +230,7 @@ TEST_F(QtSerialPortTest, LossClosesOnceWithoutSpinning) {
   // The loss of an earlier opening leaves the next alone.
   losses_ = 0;
   OpenNewLine();
-  ways[2]();
+  ways[3]();
   OpenNewLine();
   QTest::qWait(50);
   EXPECT_TRUE(port_.PortOpen() && losses_ == 0);

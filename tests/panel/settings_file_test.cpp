@@ -140,8 +140,9 @@ TEST_F(SettingsFileTest, NeitherReadsNorReplacesWhatIsNoFile) {
   panel.settings.SaveSettingsFile(22);
   EXPECT_TRUE(std::filesystem::is_fifo(*panel.dialogs.name));
   panel.settings.LoadSettingsFile();
-  EXPECT_EQ(panel.boxes.shown.back(),
-            (Box{"\"B\xFChne?.txt\": the file cannot be opened", BoxIcon::kCritical, ""}));
+  EXPECT_EQ(
+      panel.boxes.shown.back(),
+      (Box{"\"B\xC3\xBChne\xE2\x82\xAC.txt\": the file cannot be opened", BoxIcon::kCritical, ""}));
 }
 
 }  // namespace

@@ -151,6 +151,9 @@ class EndToEnd : public WindowFixture {
   /// Boxes since the last call, as "icon, title: text".
   [[nodiscard]] QStringList Boxes() { return std::exchange(operator_.boxes, {}); }
 
+  /// Whether boxes are answered, or left open.
+  bool& answers = operator_.answers;
+
   std::unique_ptr<UnitProcess> unit;
   std::unique_ptr<RealPanel> panel;
   QString& file_name = operator_.file_name;
@@ -161,11 +164,12 @@ class EndToEnd : public WindowFixture {
    public:
     QStringList boxes;
     QString file_name;
+    bool answers = true;
 
    protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
       const auto* const dialog = qobject_cast<QDialog*>(watched);
-      if (event->type() == QEvent::Show && dialog != nullptr && dialog->isModal()) {
+      if (answers && event->type() == QEvent::Show && dialog != nullptr && dialog->isModal()) {
         QTimer::singleShot(0, this, [this] { Answer(QApplication::activeModalWidget()); });
       }
       return false;

@@ -3,7 +3,9 @@
 
 #include <QDir>
 #include <QSettings>
+#include <csignal>
 
+#include "adapters/end_signals.h"
 #include "tests/adapters/test_line.h"
 #include "tests/support/e2e_fixture.h"
 
@@ -69,6 +71,62 @@ TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
   EXPECT_EQ(output.toStdString(), "");
 }
 
+TEST(PanelProgram, StoresWhatExitStoresOnEverySignalToEndThatWasNotIgnored) {
+  for (const auto& [end_signal, ignored] : {std::pair{SIGTERM, SIGHUP}, {SIGHUP, 0}, {SIGINT, 0}}) {
+    const QTemporaryDir folder;
+    QProcess program;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", folder.path());
+    program.setProcessEnvironment(environment);
+    program.setChildProcessModifier([end = end_signal, ignored = ignored] {
+      signal(end, SIG_DFL);  // a test in the background is started with some ignored
+      if (ignored != 0) signal(ignored, SIG_IGN);
+    });
+    program.start(KALDE2_PANEL, QStringList());
+    ASSERT_TRUE(program.waitForStarted());
+    EXPECT_FALSE(program.waitForFinished(1000));
+    const auto panel = static_cast<pid_t>(program.processId());
+    if (ignored != 0) kill(panel, ignored);
+    EXPECT_FALSE(program.waitForFinished(200));
+    kill(panel, end_signal);
+    ASSERT_TRUE(program.waitForFinished(5000));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << end_signal;
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_TRUE(FileText(folder.filePath("KALDE2/KALDE2.conf")).contains("Serial%20Port=1"));
+  }
+}
+
+TEST_F(EndToEnd, ASignalEndsWhateverRunsOrIsOpen) {
+  const std::function<void()> moments[] = {
+      [] { Rest(100ms); },
+      [this] { Choose("mnu_clone_read"); },
+      [this] { Choose("mnu_about"), Choose("cmd_function_strore"); },
+      [this] { Choose("mnu_file_save"); },
+  };
+  const QString lock = "/var/lock/LCK..";
+  for (const auto& moment : moments) {
+    ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+    const QString device = panel->ports.DeviceFor(1).mid(5).replace('/', '_');
+    EXPECT_TRUE(QFile::exists(lock + device));
+    Form().txt_port->setText("9");
+    const EndSignals signals_to_end;
+    QObject::connect(&signals_to_end, &EndSignals::Raised, [this] {
+      Window().Form_Unload();
+      if (QWidget* const box = QApplication::activeModalWidget()) box->close();
+    });
+    answers = false;
+    unit->Command("fault late=100");
+    QTimer::singleShot(50ms, [] { raise(SIGTERM); });
+    moment();
+    EXPECT_TRUE(Becomes([this] { return panel->ends > 0; }));
+    answers = true;
+    EXPECT_EQ(panel->ends, 1);
+    EXPECT_FALSE(panel->port.PortOpen() || QFile::exists(lock + device));
+    EXPECT_EQ(panel->settings.GetSetting("Tessaly", "Serial Port", ""), "9");
+    panel->settings.SaveSetting("Tessaly", "Serial Port", "1");
+  }
+}
+
 TEST_F(EndToEnd, RemembersThePortWhereItCanAndClosesInSilence) {
   const auto store_in = [](const QString& folder) {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
@@ -128,6 +186,22 @@ TEST_F(EndToEnd, WhatOneSideChangesReachesTheOther) {
            !lines.isEmpty() && lines.front()->text() == "Lock mode : Lock+Mix";
   }));
   EXPECT_TRUE(unit->Requests().isEmpty());
+}
+
+TEST_F(EndToEnd, WhatCameInASleepIsNoReply) {
+  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+  constexpr std::int16_t kAutoset = 254;
+  CommandLink& link = panel->window.UnitSession().Link();
+  for (int round = 0; round < 3; ++round) {
+    unit->Command("set 159 " + QByteArray::number(42 + round));
+    panel->clock.Sleep(200ms);
+    for (int read = 0; read < 2; ++read) {
+      const ReplyRecord reply = link.SendParameter(kRead, kFirstSourceCode, 0, kAutoset);
+      EXPECT_TRUE(reply.Valid);
+      EXPECT_EQ(reply.Address, kAutoset);
+      EXPECT_EQ(reply.Value, 0);
+    }
+  }
 }
 
 TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
