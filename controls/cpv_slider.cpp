@@ -78,6 +78,7 @@ void cpvSlider::OnValueChanged(int value) {
   if (show_value_tip_ && isSliderDown()) ShowTip();
   update();
   if (by_code) {
+    shown_ = value;
     emit ValueChanged(value);
   } else if (!in_mouse_press_) {
     AnnounceMove();
@@ -87,6 +88,7 @@ void cpvSlider::OnValueChanged(int value) {
 void cpvSlider::AnnounceMove() {
   withheld_.reset();
   const int moved_to = value();
+  before_move_ = std::exchange(shown_, moved_to);
   emit ValueChanged(moved_to);
   emit Moved(moved_to);
 }
@@ -164,7 +166,6 @@ void cpvSlider::keyPressEvent(QKeyEvent* event) {
 
 void cpvSlider::mousePressEvent(QMouseEvent* event) {
   right_pressed_ = event->button() == Qt::RightButton;
-  const int before = value();
   {
     // Whoever hears of a change may serve events, the button's release among them: a press that is
     // not done by then would go on holding the slider with no button down.
@@ -172,7 +173,7 @@ void cpvSlider::mousePressEvent(QMouseEvent* event) {
     QSlider::mousePressEvent(event);
   }
   if (show_value_tip_ && isSliderDown()) ShowTip();
-  if (value() != before) AnnounceMove();
+  if (value() != shown_) AnnounceMove();
 }
 
 void cpvSlider::mouseReleaseEvent(QMouseEvent* event) {

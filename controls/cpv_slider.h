@@ -91,6 +91,9 @@ class cpvSlider : public QSlider {
   /// go, unless it has been changed by then. Otherwise as `Value`.
   void Follow(int value);
 
+  /// Goes back to where it was before the operator's last move. Not the operator's change.
+  void TakeBack() { setValue(before_move_); }
+
   /// Opens the fine adjustment below the handle. Does nothing while the slider is held or disabled.
   void OpenFineAdjust();
 
@@ -142,6 +145,8 @@ class cpvSlider : public QSlider {
   bool show_value_ = true;
   bool show_value_tip_ = false;
 
+  int shown_ = 0;
+  int before_move_ = 0;
   bool set_by_code_ = false;     ///< the change under way comes from a setter
   bool in_mouse_press_ = false;  ///< nobody hears of a change before the press is done
   bool right_pressed_ = false;

@@ -129,11 +129,16 @@ TEST_F(ArrowControlTest, AHoldEndsWithWhatBeganItAndWhenHiddenOrDisabled) {
     bool ends = true;
   };
   const Case cases[] = {
-      {press_mouse, release_mouse},      {press_key, release_key},
-      {press_mouse, leave, false},       {press_key, leave},
-      {press_mouse, release_key, false}, {press_key, release_mouse, false},
-      {press_mouse, hide},               {press_key, hide},
-      {press_mouse, disable},            {press_key, disable},
+      {press_mouse, release_mouse},
+      {press_key, release_key},
+      {press_mouse, leave, false},
+      {press_key, leave},
+      {press_mouse, release_key, false},
+      {press_key, release_mouse, false},
+      {press_mouse, hide},
+      {press_key, hide},
+      {press_mouse, disable},
+      {press_key, disable},
   };
   pad_.setRepeatInterval(10);
   for (const Case& row : cases) {
@@ -188,7 +193,8 @@ TEST_F(ArrowControlTest, PropertiesSurviveStoringAndHaveDefaults) {
   }
   EXPECT_EQ(texts.join(';'),
             "BackColor=-2147483633;BackStyle=0;BorderStyle=0;Enabled=true;Font=;"
-            "ForeColor=-2147483630;RepeatInterval=0;Reversed=false;StepRepeat=5;StepSingle=1;TAG2=;Title=PAN;"
+            "ForeColor=-2147483630;RepeatInterval=0;Reversed=false;StepRepeat=5;StepSingle=1;TAG2=;"
+            "Title=PAN;"
             "VisibleX=true;textX=H: ;textY=V: ;valueX=0;valueXmax=100;valueXmin=-100;valueY=0;"
             "valueYmax=100;valueYmin=-100;visibleY=true");
 
@@ -233,7 +239,8 @@ TEST_F(ArrowControlTest, AssistiveToolsPressTheArrows) {
   // Whoever hears of the step waits, longer than an arrow that is held takes to repeat.
   pad_.setRepeatInterval(10);
   QObject::connect(
-      &pad_, &ArrowControl::ValueChanged, &pad_, [] { QTest::qWait(40); }, Qt::SingleShotConnection);
+      &pad_, &ArrowControl::ValueChanged, &pad_, [] { QTest::qWait(40); },
+      Qt::SingleShotConnection);
   down->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(pad_.valueY(), 1);
   EXPECT_EQ(pad_.PressedArrow(), Arrow::kNone);
