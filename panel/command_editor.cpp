@@ -55,8 +55,9 @@ bool CommandEditor::IsBeingEdited(int index) const {
 }
 
 void CommandEditor::lst_commands_Click() {
-  const QListWidgetItem* const line = form_.lst_commands->currentItem();
-  if (line == nullptr) return;
+  const auto selected = form_.lst_commands->selectedItems();
+  if (selected.isEmpty()) return;
+  const QListWidgetItem* const line = selected.front();
   const int index = line->data(Qt::UserRole).toInt();
   try {
     const ScopedFlag suppress(suppress_command_events_);
@@ -65,7 +66,7 @@ void CommandEditor::lst_commands_Click() {
     // What could be prepared stays.
   }
   current_command_ = index;
-  saved_command_line_ = form_.lst_commands->currentRow();
+  saved_command_line_ = form_.lst_commands->row(line);
 }
 
 void CommandEditor::PrepareEditor(int index) {
@@ -130,13 +131,14 @@ void CommandEditor::txt_commandval_Enter() {
 void CommandEditor::Change(std::int32_t value) {
   const int index = current_command_;
   const std::int16_t source = list_.WriteSource(index);
-  const auto send = [this, index, value, source] {
+  const auto store = [this, index, value] { values_.StoreParamValue(index, value); };
+  const auto send = [this, index, value, source, store] {
+    store();
     (void)link_.SendParameter(kWrite, source, value,
                               static_cast<std::int16_t>(index + kFirstAddress));
     refresh_.Enable();
   };
-  queue_.Do("lst_commands:" + std::to_string(index), send,
-            [this, index, value] { values_.StoreParamValue(index, value); });
+  queue_.Do(OperatorQueue::PartName("lst_commands", index), send, store);
 }
 
 }  // namespace kalde2
