@@ -19,8 +19,9 @@ class ArrowPicture;
 /// Each press of an arrow steps `valueX` (left, right) or `valueY` (up, down) by `StepSingle`
 /// within the axis's limits; while the arrow is held, `tmr_repeat` steps on by `StepRepeat` each
 /// `RepeatInterval`. Any mouse button steps, and so do the arrow keys while the pad has the focus.
-/// A hold ends with the release of the button or key that began it, and also when the pad is disabled
-/// or hidden; one that a key began ends with the focus as well, for its release goes elsewhere then.
+/// A hold ends with the release of the button or key that began it, and also when the pad is
+/// disabled or hidden; one that a key began ends with the focus as well, for its release goes
+/// elsewhere then.
 ///
 /// Child objects: `pic_arrow_0` (left), `pic_arrow_1` (up), `pic_arrow_2` (right), `pic_arrow_3`
 /// (down), the labels `lbl_arrowtitle`, `lbl_valx`, `lbl_valy`, and the timer `tmr_repeat`.

@@ -101,6 +101,7 @@ TEST_F(CpvSliderTest, AClickWhoseReleaseComesWhileItsOwnMoveIsHeardIsOver) {
 
 TEST_F(CpvSliderTest, ADoubleClickOnTheHandleIsTwoClicks) {
   slider_.setInitial(0);
+  QTest::mouseClick(&slider_, Qt::LeftButton, Qt::NoModifier, Handle());
   QTest::mouseDClick(&slider_, Qt::LeftButton, Qt::NoModifier, Handle());
   QTest::mouseRelease(&slider_, Qt::LeftButton, Qt::NoModifier, Handle());
   EXPECT_EQ(slider_.Value(), 100);

@@ -60,7 +60,9 @@ TEST_F(PanelFixture, AssistiveToolsClickMarksAndCodeDoesNot) {
   }
   Press("Cmd_openclose");
   Toggle(Form().chk_keyenable);
-  EXPECT_TRUE(Form().chk_keyenable->isChecked()) << "disabled";
+  cpvSlider* const zoom = Form().Slider("slide_zoom");
+  QAccessible::queryAccessibleInterface(zoom)->valueInterface()->setCurrentValue(500);
+  EXPECT_TRUE(Form().chk_keyenable->isChecked() && zoom->Value() == 100) << "disabled";
   EXPECT_TRUE(Written().empty());
 }
 
