@@ -144,8 +144,11 @@ ArrowControl::ArrowControl(QWidget* parent)
     const auto arrow = static_cast<Arrow>(i);
     pictures_[i] = new ArrowPicture(kArrows[i].direction, this);
     pictures_[i]->setObjectName(QStringLiteral("pic_arrow_%1").arg(i));
-    connect(pictures_[i], &ArrowPicture::Pressed, this, [this, arrow] { Press(arrow); });
-    connect(pictures_[i], &ArrowPicture::Released, this, [this, arrow] { Release(arrow); });
+    connect(pictures_[i], &ArrowPicture::Pressed, this,
+            [this, arrow] { Press(arrow, HeldBy::kMouse); });
+    connect(pictures_[i], &ArrowPicture::Released, this,
+            [this, arrow] { Release(arrow, HeldBy::kMouse); });
+    connect(pictures_[i], &ArrowPicture::Activated, this, [this, arrow] { StepOnce(arrow); });
   }
 
   tmr_repeat_.setParent(this);
@@ -192,8 +195,8 @@ QFont ArrowControl::Font() const {
 }
 
 void ArrowControl::setTitleFont(const QFont& font) {
-  Store(has_title_font_, true, "Font");
   lbl_arrowtitle_->setFont(font);
+  MarkChanged("Font");
   updateGeometry();
   LayOutParts();
 }
@@ -221,6 +224,7 @@ void ArrowControl::setTitle(const QString& title) {
 
 void ArrowControl::setTAG2(const QString& tag) {
   Store(tag2_, tag, "TAG2");
+  emit TAG2Changed();
 }
 
 void ArrowControl::setValueXmin(int limit) {
@@ -301,8 +305,7 @@ void ArrowControl::ReadProperties(const QVariantMap& bag) {
     if (!setProperty(row.property, value)) setProperty(row.property, row.absent);
   }
   const QVariant font = bag.value(kFontKey);
-  has_title_font_ = font.canConvert<QFont>();
-  lbl_arrowtitle_->setFont(has_title_font_ ? font.value<QFont>() : QFont());
+  lbl_arrowtitle_->setFont(font.canConvert<QFont>() ? font.value<QFont>() : QFont());
   ApplyAxisVisibility();
   LayOutParts();
   changed_.clear();
@@ -312,20 +315,17 @@ void ArrowControl::WriteProperties(QVariantMap& bag) {
   for (const PersistedProperty& row : PersistedProperties()) {
     bag.insert(QLatin1String(row.key), property(row.property));
   }
-  if (has_title_font_) {
-    bag.insert(kFontKey, Font());
-  } else {
-    bag.remove(kFontKey);
-  }
+  bag.insert(kFontKey, Font());
   changed_.clear();
 }
 
 // --- Stepping ------------------------------------------------------------------------------------
 
-void ArrowControl::Press(Arrow arrow) {
+void ArrowControl::Press(Arrow arrow, HeldBy held_by) {
   // Only a key and the mouse together can hold a second arrow: the newer one takes over.
   if (pressed_ != arrow) EndHold();
   pressed_ = arrow;
+  held_by_ = held_by;
   StepBy(arrow, step_single_);
   PictureOf(arrow)->ShowPressed(true);
   if (tmr_repeat_.interval() > 0 && !tmr_repeat_.isActive()) tmr_repeat_.start();
@@ -333,15 +333,23 @@ void ArrowControl::Press(Arrow arrow) {
   emit ValueChanged(x_.value, y_.value);
 }
 
-void ArrowControl::Release(Arrow arrow) {
-  PictureOf(arrow)->ShowPressed(false);
-  if (pressed_ != arrow) return;  // its hold ended before, by another arrow or by losing the focus
-  tmr_repeat_.stop();
-  pressed_ = Arrow::kNone;
+/// Holds nothing: whoever hears of the step may wait, and nothing is to repeat meanwhile.
+void ArrowControl::StepOnce(Arrow arrow) {
+  StepBy(arrow, step_single_);
+  WriteLabels();
+  emit ValueChanged(x_.value, y_.value);
+}
+
+void ArrowControl::Release(Arrow arrow, HeldBy held_by) {
+  // Its hold may have ended before: another arrow or the other hand has taken over.
+  if (pressed_ == arrow && held_by_ == held_by) EndHold();
 }
 
 void ArrowControl::EndHold() {
-  if (pressed_ != Arrow::kNone) Release(pressed_);
+  if (pressed_ == Arrow::kNone) return;
+  PictureOf(pressed_)->ShowPressed(false);
+  tmr_repeat_.stop();
+  pressed_ = Arrow::kNone;
 }
 
 void ArrowControl::tmr_repeat_Timer() {
@@ -387,7 +395,7 @@ void ArrowControl::keyPressEvent(QKeyEvent* event) {
   if (arrow == Arrow::kNone) {
     QWidget::keyPressEvent(event);
   } else if (!event->isAutoRepeat()) {  // the pad repeats at its own pace
-    Press(arrow);
+    Press(arrow, HeldBy::kKey);
   }
 }
 
@@ -396,7 +404,7 @@ void ArrowControl::keyReleaseEvent(QKeyEvent* event) {
   if (arrow == Arrow::kNone) {
     QWidget::keyReleaseEvent(event);
   } else if (!event->isAutoRepeat()) {
-    Release(arrow);
+    Release(arrow, HeldBy::kKey);
   }
 }
 
@@ -421,7 +429,7 @@ void ArrowControl::focusInEvent(QFocusEvent* /*event*/) {
 }
 
 void ArrowControl::focusOutEvent(QFocusEvent* /*event*/) {
-  EndHold();
+  if (held_by_ == HeldBy::kKey) EndHold();
   update();
 }
 

@@ -19,7 +19,9 @@ class ArrowPicture;
 /// Each press of an arrow steps `valueX` (left, right) or `valueY` (up, down) by `StepSingle`
 /// within the axis's limits; while the arrow is held, `tmr_repeat` steps on by `StepRepeat` each
 /// `RepeatInterval`. Any mouse button steps, and so do the arrow keys while the pad has the focus.
-/// A hold ends with the release, and also when the pad is disabled or hidden or loses the focus.
+/// A hold ends with the release of the button or key that began it, and also when the pad is
+/// disabled or hidden; one that a key began ends with the focus as well, for its release goes
+/// elsewhere then.
 ///
 /// Child objects: `pic_arrow_0` (left), `pic_arrow_1` (up), `pic_arrow_2` (right), `pic_arrow_3`
 /// (down), the labels `lbl_arrowtitle`, `lbl_valx`, `lbl_valy`, and the timer `tmr_repeat`.
@@ -32,7 +34,7 @@ class ArrowControl : public QWidget {
   Q_PROPERTY(qint16 BackStyle READ BackStyle WRITE setBackStyle)
   Q_PROPERTY(qint16 BorderStyle READ BorderStyle WRITE setBorderStyle)
   Q_PROPERTY(QString Title READ Title WRITE setTitle)
-  Q_PROPERTY(QString TAG2 READ TAG2 WRITE setTAG2)
+  Q_PROPERTY(QString TAG2 READ TAG2 WRITE setTAG2 NOTIFY TAG2Changed)
   Q_PROPERTY(int valueXmin READ valueXmin WRITE setValueXmin)
   Q_PROPERTY(int valueYmin READ valueYmin WRITE setValueYmin)
   Q_PROPERTY(int valueXmax READ valueXmax WRITE setValueXmax)
@@ -73,7 +75,7 @@ class ArrowControl : public QWidget {
   [[nodiscard]] bool Enabled() const { return isEnabledTo(parentWidget()); }
   void setEnabled(bool enabled);
 
-  /// Font of the title alone; until it is set, the pad's.
+  /// Font of the title alone; until it is set or read, the pad's.
   [[nodiscard]] QFont Font() const;
   void setTitleFont(const QFont& font);
 
@@ -150,8 +152,8 @@ class ArrowControl : public QWidget {
   /// and "textY". No property counts as changed afterwards.
   void ReadProperties(const QVariantMap& bag);
 
-  /// Stores every property in `bag` under the names that ReadProperties() reads; "Font" only once
-  /// the title has a font of its own. No property counts as changed afterwards.
+  /// Stores every property in `bag` under the names that ReadProperties() reads. No property counts
+  /// as changed afterwards.
   void WriteProperties(QVariantMap& bag);
 
   /// The properties written since the pad was made, read or stored, in order of first change.
@@ -163,6 +165,8 @@ class ArrowControl : public QWidget {
  signals:
   /// Raised after every step, also one that a limit left without effect.
   void ValueChanged(int x, int y);
+  /// `TAG2` was set.
+  void TAG2Changed();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -184,8 +188,11 @@ class ArrowControl : public QWidget {
     QLabel* label = nullptr;
   };
 
-  void Press(Arrow arrow);
-  void Release(Arrow arrow);
+  enum class HeldBy { kMouse, kKey };
+
+  void Press(Arrow arrow, HeldBy held_by);
+  void StepOnce(Arrow arrow);
+  void Release(Arrow arrow, HeldBy held_by);
   void EndHold();
   void StepBy(Arrow arrow, std::int16_t step);
   void tmr_repeat_Timer();
@@ -215,12 +222,12 @@ class ArrowControl : public QWidget {
   std::array<ArrowPicture*, 4> pictures_{};
   QTimer tmr_repeat_;
   Arrow pressed_ = Arrow::kNone;
+  HeldBy held_by_ = HeldBy::kMouse;  ///< what holds `pressed_`
 
   int back_color_ = kPaletteBackColor;
   int fore_color_ = kPaletteForeColor;
   std::int16_t back_style_ = 0;
   std::int16_t border_style_ = 0;
-  bool has_title_font_ = false;
   QString tag2_;
   std::int16_t step_single_ = 1;
   std::int16_t step_repeat_ = 5;

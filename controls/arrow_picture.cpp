@@ -33,8 +33,7 @@ class AccessibleArrow : public QAccessibleWidget {
 
   void doAction(const QString& action) override {
     if (action != pressAction() || !picture_->isEnabled()) return;
-    emit picture_->Pressed();
-    emit picture_->Released();
+    emit picture_->Activated();
   }
 
  private:

@@ -21,6 +21,8 @@ class ArrowPicture : public QWidget {
   void Pressed();
   /// A mouse button went up after a press on the arrow, wherever the pointer is by then.
   void Released();
+  /// An assistive tool pressed the arrow, which holds nothing.
+  void Activated();
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;

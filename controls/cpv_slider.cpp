@@ -54,8 +54,21 @@ void cpvSlider::ChangeRange(int min, int max) {
 }
 
 void cpvSlider::setValue(int value) {
+  withheld_.reset();
   const QScopedValueRollback by_code(set_by_code_, true);
   QSlider::setValue(value);
+}
+
+void cpvSlider::Follow(int value) {
+  if (isHeld()) {
+    withheld_ = value;
+  } else {
+    setValue(value);
+  }
+}
+
+void cpvSlider::ShowWithheld() {
+  if (withheld_ && !isHeld()) setValue(*withheld_);
 }
 
 void cpvSlider::OnValueChanged(int value) {
@@ -64,8 +77,20 @@ void cpvSlider::OnValueChanged(int value) {
   const bool by_code = std::exchange(set_by_code_, false);
   if (show_value_tip_ && isSliderDown()) ShowTip();
   update();
-  emit ValueChanged(value);
-  if (!by_code) emit Moved(value);
+  if (by_code) {
+    shown_ = value;
+    emit ValueChanged(value);
+  } else if (!in_mouse_press_) {
+    AnnounceMove();
+  }
+}
+
+void cpvSlider::AnnounceMove() {
+  withheld_.reset();
+  const int moved_to = value();
+  before_move_ = std::exchange(shown_, moved_to);
+  emit ValueChanged(moved_to);
+  emit Moved(moved_to);
 }
 
 cpvSlider::Adjust cpvSlider::AdjustType() const {
@@ -110,16 +135,13 @@ bool cpvSlider::isHeld() const {
   return isSliderDown() || holds_rail || adjusts;
 }
 
-void cpvSlider::Reset() {
-  QSlider::setValue(initial_);
-}
-
 void cpvSlider::OpenFineAdjust() {
   if (isHeld() || !isEnabled()) return;
   if (fine_adjust_ == nullptr) {
     fine_adjust_ = new FineAdjustPopup(this);
     connect(fine_adjust_, &FineAdjustPopup::ValuePicked, this,
             [this](int value) { QSlider::setValue(value); });
+    connect(fine_adjust_, &FineAdjustPopup::Closed, this, &cpvSlider::ShowWithheld);
   }
   const FineAdjustPopup::Subject subject{minimum(), maximum(), value(), decimals_,
                                          accessibleName()};
@@ -143,33 +165,26 @@ void cpvSlider::keyPressEvent(QKeyEvent* event) {
 }
 
 void cpvSlider::mousePressEvent(QMouseEvent* event) {
-  last_press_on_handle_ =
-      event->button() == Qt::LeftButton && HandleRect().contains(event->position().toPoint());
   right_pressed_ = event->button() == Qt::RightButton;
-  QSlider::mousePressEvent(event);
+  {
+    // Whoever hears of a change may serve events, the button's release among them: a press that is
+    // not done by then would go on holding the slider with no button down.
+    const QScopedValueRollback in_press(in_mouse_press_, true);
+    QSlider::mousePressEvent(event);
+  }
   if (show_value_tip_ && isSliderDown()) ShowTip();
+  if (value() != shown_) AnnounceMove();
 }
 
 void cpvSlider::mouseReleaseEvent(QMouseEvent* event) {
   QSlider::mouseReleaseEvent(event);
   if (show_value_tip_ && !isSliderDown()) QToolTip::hideText();
+  ShowWithheld();
   if (event->button() != Qt::RightButton) return;
   // A release alone is no click: its press may have been kept from the slider.
   const bool clicked = std::exchange(right_pressed_, false);
   if (clicked && rect().contains(event->position().toPoint())) OpenFineAdjust();
   event->accept();
-}
-
-void cpvSlider::mouseDoubleClickEvent(QMouseEvent* event) {
-  // Two quick clicks on the rail page twice, also when the first brings the handle to the pointer.
-  const bool both_on_handle = last_press_on_handle_ && event->button() == Qt::LeftButton &&
-                              HandleRect().contains(event->position().toPoint());
-  if (both_on_handle) {
-    Reset();
-    event->accept();
-  } else {
-    mousePressEvent(event);
-  }
 }
 
 void cpvSlider::wheelEvent(QWheelEvent* event) {
@@ -187,6 +202,7 @@ void cpvSlider::changeEvent(QEvent* event) {
       if (!isEnabled()) {
         setRepeatAction(SliderNoAction);
         if (fine_adjust_ != nullptr) fine_adjust_->close();
+        ShowWithheld();
       }
       break;
     case QEvent::FontChange:
@@ -202,6 +218,7 @@ void cpvSlider::hideEvent(QHideEvent* event) {
   setRepeatAction(SliderNoAction);
   setSliderDown(false);
   if (fine_adjust_ != nullptr) fine_adjust_->close();
+  ShowWithheld();
   QSlider::hideEvent(event);
 }
 

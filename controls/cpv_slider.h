@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QSlider>
+#include <optional>
 
 namespace kalde2 {
 
@@ -12,7 +13,7 @@ class FineAdjustPopup;
 ///
 /// Mouse, arrow and page keys, Home and End, and assistive tools move it as they move every slider;
 /// the wheel does so only while it has the focus. A right click, the menu key or Shift+F10 opens a
-/// small spin box for single steps. A double click on the handle goes to `Initial`.
+/// small spin box for single steps.
 class cpvSlider : public QSlider {
   Q_OBJECT
   Q_PROPERTY(int Min READ Min WRITE setMin)
@@ -51,7 +52,7 @@ class cpvSlider : public QSlider {
   [[nodiscard]] int Value() const { return value(); }
   void setValue(int value);
 
-  /// The value that Reset() goes to, clamped like every other; initially 0.
+  /// Where the slider starts, for its owner; initially 0.
   [[nodiscard]] int Initial() const { return initial_; }
   void setInitial(int value) { initial_ = value; }
 
@@ -83,11 +84,15 @@ class cpvSlider : public QSlider {
   void setShowValueTip(bool show) { show_value_tip_ = show; }
 
   /// Whether the operator has the value in hand: he holds the handle or the rail with the mouse, or
-  /// has the fine adjustment open. Nobody else should move the slider then.
+  /// has the fine adjustment open.
   [[nodiscard]] bool isHeld() const;
 
-  /// Goes to `Initial`, as the operator's change.
-  Q_INVOKABLE void Reset();
+  /// Shows a value that is told from elsewhere: at once, or while the slider is held when it is let
+  /// go, unless it has been changed by then. Otherwise as `Value`.
+  void Follow(int value);
+
+  /// Goes back to where it was before the operator's last move. Not the operator's change.
+  void TakeBack() { setValue(before_move_); }
 
   /// Opens the fine adjustment below the handle. Does nothing while the slider is held or disabled.
   void OpenFineAdjust();
@@ -108,7 +113,6 @@ class cpvSlider : public QSlider {
   void hideEvent(QHideEvent* event) override;
   void initStyleOption(QStyleOptionSlider* option) const override;
   void keyPressEvent(QKeyEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
@@ -117,6 +121,8 @@ class cpvSlider : public QSlider {
  private:
   void ChangeRange(int min, int max);
   void OnValueChanged(int value);
+  void AnnounceMove();
+  void ShowWithheld();
   void ShowTip();
 
   [[nodiscard]] bool DrawsOwnRail() const;
@@ -139,10 +145,12 @@ class cpvSlider : public QSlider {
   bool show_value_ = true;
   bool show_value_tip_ = false;
 
-  bool set_by_code_ = false;  ///< the change under way comes from a setter
-  bool last_press_on_handle_ =
-      false;  ///< a double click counts only if both presses hit the handle
+  int shown_ = 0;
+  int before_move_ = 0;
+  bool set_by_code_ = false;     ///< the change under way comes from a setter
+  bool in_mouse_press_ = false;  ///< nobody hears of a change before the press is done
   bool right_pressed_ = false;
+  std::optional<int> withheld_;  ///< the newest value to follow once the slider is let go
   FineAdjustPopup* fine_adjust_ = nullptr;
 };
 

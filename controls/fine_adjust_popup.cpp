@@ -53,6 +53,11 @@ void FineAdjustPopup::Open(const Subject& subject, const QPoint& position) {
   spin_->selectAll();
 }
 
+void FineAdjustPopup::hideEvent(QHideEvent* event) {
+  QFrame::hideEvent(event);
+  emit Closed();
+}
+
 void FineAdjustPopup::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Escape:

@@ -31,8 +31,11 @@ class FineAdjustPopup : public QFrame {
  signals:
   /// The operator chose `value`.
   void ValuePicked(int value);
+  /// The pop-up is out of view.
+  void Closed();
 
  protected:
+  void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

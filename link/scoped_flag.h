@@ -1,18 +1,29 @@
 #pragma once
 
+#include <type_traits>
+
 namespace kalde2 {
 
-/// Raises a flag for the life of a scope and puts back what it was.
-class ScopedFlag {
+/// Sets a value for the life of a scope and puts back what it was.
+template <typename T>
+class ScopedValue {
  public:
-  explicit ScopedFlag(bool& flag, bool value = true) : flag_(flag), before_(flag) { flag_ = value; }
-  ~ScopedFlag() { flag_ = before_; }
-  ScopedFlag(const ScopedFlag&) = delete;
-  ScopedFlag& operator=(const ScopedFlag&) = delete;
+  ScopedValue(T& place, std::type_identity_t<T> value) : place_(place), before_(place) {
+    place_ = value;
+  }
+  ~ScopedValue() { place_ = before_; }
+  ScopedValue(const ScopedValue&) = delete;
+  ScopedValue& operator=(const ScopedValue&) = delete;
 
  private:
-  bool& flag_;
-  bool before_;
+  T& place_;
+  T before_;
+};
+
+/// Raises a flag for the life of a scope.
+class ScopedFlag : public ScopedValue<bool> {
+ public:
+  explicit ScopedFlag(bool& flag, bool value = true) : ScopedValue(flag, value) {}
 };
 
 }  // namespace kalde2

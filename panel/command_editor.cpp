@@ -60,8 +60,9 @@ bool CommandEditor::IsBeingEdited(CatalogueIndex index) const {
 }
 
 void CommandEditor::lst_commands_Click() {
-  const QListWidgetItem* const line = form_.lst_commands->currentItem();
-  if (line == nullptr) return;
+  const auto selected = form_.lst_commands->selectedItems();
+  if (selected.isEmpty()) return;
+  const QListWidgetItem* const line = selected.front();
   const CatalogueIndex index = IndexOfLine(*line);
   try {
     const ScopedFlag suppress(suppress_command_events_);
@@ -70,7 +71,7 @@ void CommandEditor::lst_commands_Click() {
     // What could be prepared stays.
   }
   current_command_ = index;
-  saved_command_line_ = form_.lst_commands->currentRow();
+  saved_command_line_ = form_.lst_commands->row(line);
 }
 
 void CommandEditor::PrepareEditor(CatalogueIndex index) {
@@ -136,12 +137,13 @@ void CommandEditor::txt_commandval_Enter() {
 void CommandEditor::Change(std::int32_t value) {
   const CatalogueIndex index = current_command_;
   const std::int16_t source = list_.WriteSource(index);
-  const auto send = [this, index, value, source] {
+  const auto store = [this, index, value] { values_.StoreParamValue(index, value); };
+  const auto send = [this, index, value, source, store] {
+    store();
     (void)link_.SendParameter(kWrite, source, value, AddressOf(index));
     refresh_.Enable();
   };
-  queue_.Do("lst_commands:" + std::to_string(index.number), send,
-            [this, index, value] { values_.StoreParamValue(index, value); });
+  queue_.Do(OperatorQueue::PartName("lst_commands", index.number), send, store);
 }
 
 }  // namespace kalde2

@@ -23,7 +23,8 @@ class CommandEditor {
   /// nothing. A value that the operator is just typing or choosing is left to him.
   void SelectSavedLine();
 
-  /// Prepares the value editor for the selected line.
+  /// Prepares the value editor for the selected line. The line that the list merely marks when the
+  /// focus comes is not selected.
   void lst_commands_Click();
 
   void cbo_command_Click();

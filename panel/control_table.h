@@ -101,6 +101,12 @@ inline constexpr auto kBlackPreset = std::to_array<PresetRow>({
     {"slide_softu", 291,   0},
     {"slide_softv", 293,   0},
 });
+
+/// The sliders of the black preset in the order in which they are set, which is another.
+inline constexpr auto kBlackSliders = std::to_array<const char*>({
+    "slide_ymin", "slide_umin", "slide_vmin", "slide_ymax", "slide_umax", "slide_vmax",
+    "slide_softy", "slide_softu", "slide_softv",
+});
 // clang-format on
 
 }  // namespace kalde2

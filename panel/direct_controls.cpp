@@ -1,5 +1,9 @@
 #include "panel/direct_controls.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace kalde2 {
 namespace {
 
@@ -19,44 +23,60 @@ void FillCombo(QComboBox& combo, const ValueNames& names, int list) {
   }
 }
 
+std::int32_t Chosen(const QComboBox& combo) {
+  return combo.currentData().toInt();
+}
+
 }  // namespace
 
 DirectControls::DirectControls(VornikForm& form, CommandLink& link, ValueStore& values,
                                RefreshTimer& refresh, OperatorQueue& queue, MessageBoxes& boxes)
     : form_(form), link_(link), values_(values), refresh_(refresh), queue_(queue), boxes_(boxes) {}
 
-/// Sends the writes in order, then records. What is recorded is recorded before, too: a handler
-/// that runs inside the waits goes by the newest values.
-void DirectControls::Send(std::string_view control, const std::vector<Write>& writes,
-                          Refresh refresh) {
+std::int32_t DirectControls::Recorded(Address address) const {
+  return values_.GetParamValue(IndexOf(address));
+}
+
+void DirectControls::Record(Address address, std::int32_t value) {
+  values_.StoreParamValue(IndexOf(address), value);
+}
+
+void DirectControls::Write(Address address, std::int32_t value) {
+  (void)link_.SendParameter(kWrite, kFirstSourceCode, value, address);
+}
+
+void DirectControls::WriteAndRecord(Address address, std::int32_t value) {
+  Write(address, value);
+  Record(address, value);
+}
+
+/// What a control of one parameter does: write, record, refresh.
+void DirectControls::SendOne(std::string_view control, Address address, std::int32_t value) {
   queue_.Do(
-      control, [this, writes, refresh] { SendNow(writes, refresh); },
-      [this, writes] { Record(writes); });
+      control,
+      [this, address, value] {
+        WriteAndRecord(address, value);
+        refresh_.Enable();
+      },
+      [this, address, value] { Record(address, value); });
 }
 
-void DirectControls::SendNow(const std::vector<Write>& writes, Refresh refresh) {
-  for (const Write& write : writes) {
-    (void)link_.SendParameter(kWrite, kFirstSourceCode, write.value, write.address);
+void DirectControls::SliderMoved(cpvSlider& slider, const SliderRow& row, int value) {
+  if (queue_.IsBulk() || !slider.isEnabled()) {
+    slider.TakeBack();
+  } else {
+    SendOne(row.name, row.address, value);
   }
-  Record(writes);
-  if (refresh == Refresh::kYes) refresh_.Enable();
-}
-
-void DirectControls::Record(const std::vector<Write>& writes) {
-  for (const Write& write : writes) {
-    if (write.recorded) values_.StoreParamValue(IndexOf(write.address), *write.recorded);
-  }
-}
-
-void DirectControls::SliderMoved(const SliderRow& row, int value) {
-  Send(row.name, {WriteAndRecord(row.address, value)}, Refresh::kYes);
 }
 
 void DirectControls::PadStepped(ArrowControl& pad, int x, int y) {
   const Address horizontal = pad.property("Tag").toString().toShort();
   const Address vertical = pad.TAG2().toShort();
-  const std::int32_t recorded_x = values_.GetParamValue(IndexOf(horizontal));
-  const std::int32_t recorded_y = values_.GetParamValue(IndexOf(vertical));
+  // An axis that is on its way, or overtaken by an older reply, has not changed once more.
+  queue_.NoteNewest(AxisOf(pad, horizontal));
+  queue_.NoteNewest(AxisOf(pad, vertical));
+  const std::int32_t recorded_x = Recorded(horizontal);
+  const std::int32_t recorded_y = Recorded(vertical);
   if (queue_.IsBulk()) {
     pad.setValueX(recorded_x);
     pad.setValueY(recorded_y);
@@ -70,14 +90,19 @@ void DirectControls::PadStepped(ArrowControl& pad, int x, int y) {
 }
 
 void DirectControls::SendPadAxis(ArrowControl& pad, Address address, int value) {
-  const std::string axis =
-      pad.objectName().toStdString() + OperatorQueue::kPartMark + std::to_string(address);
-  Send(axis, {WriteAndRecord(address, value)}, Refresh::kYes);
+  SendOne(AxisOf(pad, address), address, value);
 }
 
-void DirectControls::CheckClicked(const CheckRow& row, bool checked) {
-  if (row.address == 0) return;
-  Send(row.name, {WriteAndRecord(row.address, checked ? kOn : kOff)}, Refresh::kYes);
+std::string DirectControls::AxisOf(const ArrowControl& pad, Address address) {
+  return OperatorQueue::PartName(pad.objectName().toStdString(), address);
+}
+
+void DirectControls::CheckClicked(QCheckBox& box, const CheckRow& row) {
+  if (queue_.IsBulk()) {
+    box.setChecked(!box.isChecked());
+  } else if (row.address != 0) {
+    SendOne(row.name, row.address, box.isChecked() ? kOn : kOff);
+  }
 }
 
 void DirectControls::CheckChanged(const CheckRow& row, bool checked) {
@@ -96,25 +121,31 @@ void DirectControls::CheckChanged(const CheckRow& row, bool checked) {
 }
 
 void DirectControls::LockModeClicked(const LockModeRow& row) {
-  form_.SetLockSourceVisible(row.value != 0);
-  Send(kLockModeControl, {WriteAndRecord(address::kLockMode, row.value)}, Refresh::kYes);
+  if (queue_.IsBulk()) {
+    form_.ShowLockMode(form_.LockMode());
+    return;
+  }
+  form_.ShowLockMode(row.value);
+  SendOne(kLockModeControl, address::kLockMode, row.value);
 }
 
 void DirectControls::LockSourceSelected() {
-  Send("cbo_lock", LockSourceWrites(), Refresh::kYes);
+  queue_.Do("cbo_lock", [this, source = Chosen(*form_.cbo_lock)] { SendLockSource(source); });
 }
 
-std::vector<DirectControls::Write> DirectControls::LockSourceWrites() const {
-  return {{address::kLockSource, form_.cbo_lock->currentData().toInt(), {}}};
+void DirectControls::SendLockSource(std::int32_t source) {
+  Write(address::kLockSource, source);
+  refresh_.Enable();
 }
 
 void DirectControls::ProgramSelected() {
-  Send("cbo_program", ProgramWrites(), Refresh::kYes);
+  queue_.Do("cbo_program", [this, source = Chosen(*form_.cbo_program)] { SendProgram(source); });
 }
 
-std::vector<DirectControls::Write> DirectControls::ProgramWrites() const {
-  const std::int32_t source = form_.cbo_program->currentData().toInt();
-  return {{address::kMainInput, source, {}}, {address::kSetupSource, source, {}}};
+void DirectControls::SendProgram(std::int32_t source) {
+  Write(address::kMainInput, source);
+  Write(address::kSetupSource, source);
+  refresh_.Enable();
 }
 
 void DirectControls::FillSourceCombos(const ValueNames& names) {
@@ -123,45 +154,82 @@ void DirectControls::FillSourceCombos(const ValueNames& names) {
   FillCombo(*form_.cbo_lock, names, kLockSourceList);
   if (form_.cbo_lock->count() > 0) {
     form_.cbo_lock->setCurrentIndex(0);
-    SendNow(LockSourceWrites(), Refresh::kYes);
+    SendLockSource(Chosen(*form_.cbo_lock));
   }
   FillCombo(*form_.cbo_program, names, kMainInputList);
   if (form_.cbo_program->count() > 0) {
     form_.cbo_program->setCurrentIndex(0);
-    SendNow(ProgramWrites(), Refresh::kYes);
+    SendProgram(Chosen(*form_.cbo_program));
   }
 }
 
 void DirectControls::ResolutionSelected() {
-  Send("cbo_resolution", {{address::kResolution, form_.cbo_resolution->currentIndex(), {}}},
-       Refresh::kYes);
+  queue_.Do("cbo_resolution", [this, position = form_.cbo_resolution->currentIndex()] {
+    Write(address::kResolution, position);
+    refresh_.Enable();
+  });
 }
 
 void DirectControls::Fade() {
-  const bool faded_in = values_.GetParamValue(IndexOf(address::kFade)) == kFadeIn;
-  Send("cmd_fade", {WriteAndRecord(address::kFade, faded_in ? kFadeOut : kFadeIn)}, Refresh::kNo);
+  queue_.NoteNewest("cmd_fade");
+  const std::int32_t value = Recorded(address::kFade) == kFadeIn ? kFadeOut : kFadeIn;
+  queue_.Do(
+      "cmd_fade", [this, value] { WriteAndRecord(address::kFade, value); },
+      [this, value] { Record(address::kFade, value); });
 }
 
 void DirectControls::Black() {
   if (queue_.IsBulk()) return;
-  std::vector<Write> writes;
-  for (const PresetRow& row : kBlackPreset) {
-    form_.Slider(row.slider)->setValue(row.value);
-    writes.push_back(WriteAndRecord(row.address, row.value));
+  std::vector<std::string> group;
+  for (const char* const name : kBlackSliders) {
+    const auto* const row = std::ranges::find_if(kBlackPreset, [name](const PresetRow& preset) {
+      return std::string_view(preset.slider) == name;
+    });
+    form_.Slider(name)->setValue(row->value);
+    group.emplace_back(name);
   }
-  Send("cmd_black", writes, Refresh::kYes);
+  const auto record = [this] {
+    for (const PresetRow& row : kBlackPreset) Record(row.address, row.value);
+  };
+  queue_.Do(
+      "cmd_black",
+      [this, record] {
+        for (const PresetRow& row : kBlackPreset) Write(row.address, row.value);
+        record();
+        refresh_.Enable();
+      },
+      record, std::move(group));
 }
 
 void DirectControls::ShrinkTo(std::int32_t percent) {
   if (queue_.IsBulk()) return;
-  const QString horizontal = form_.arr_shrinkposn->property("Tag").toString();
-  form_.Slider("slide_shrink")->setValue(percent);
-  Send("cmd_overscan",
-       {{address::kShrink, percent, kRecordedShrink},
-        {address::kShrinkEnable, kOn, {}},
-        WriteAndRecord(horizontal.toShort(), kCentre),
-        WriteAndRecord(form_.arr_shrinkposn->TAG2().toShort(), kCentre)},
-       Refresh::kYes);
+  ArrowControl& pad = *form_.arr_shrinkposn;
+  const Address horizontal = pad.property("Tag").toString().toShort();
+  const Address vertical = pad.TAG2().toShort();
+  cpvSlider& slider = *form_.Slider("slide_shrink");
+  if (queue_.IsBusy()) {
+    // It looks at once as it is going to be, and later steps are reckoned from there.
+    slider.setValue(percent);
+    pad.setValueX(kCentre);
+    pad.setValueY(kCentre);
+  }
+  queue_.Do(
+      "cmd_overscan",
+      [this, percent, horizontal, vertical, &slider] {
+        Write(address::kShrink, percent);
+        Record(address::kShrink, kRecordedShrink);
+        if (!queue_.HasKept(slider.objectName().toStdString())) slider.setValue(percent);
+        Write(address::kShrinkEnable, kOn);
+        WriteAndRecord(horizontal, kCentre);
+        WriteAndRecord(vertical, kCentre);
+        refresh_.Enable();
+      },
+      [this, horizontal, vertical] {
+        Record(address::kShrink, kRecordedShrink);
+        Record(horizontal, kCentre);
+        Record(vertical, kCentre);
+      },
+      {"slide_shrink", AxisOf(pad, horizontal), AxisOf(pad, vertical)});
 }
 
 void DirectControls::Store() {
@@ -178,7 +246,7 @@ void DirectControls::SendOnOk(const char* control, const char* prompt, const cha
                               Address address) {
   queue_.Do(control, [this, prompt, title, address] {
     if (!boxes_.Confirm(prompt, title)) return;
-    (void)link_.SendParameter(kWrite, kFirstSourceCode, kOn, address);
+    Write(address, kOn);
   });
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <string>
 #include <string_view>
-#include <vector>
 
 #include "link/mod_comms.h"
 #include "link/value_store.h"
@@ -16,20 +15,22 @@
 namespace kalde2 {
 
 /// What each control of the main window sends, with which value, and what is recorded of it. All
-/// values go to source 0x10 as they are, without scaling. While another transaction waits, the
-/// controls' own effects come at once and the sending follows it.
+/// values go to source 0x10 as they are, without scaling, and are recorded once they are written.
+/// While another transaction waits, the controls' own effects and the records come at once and the
+/// sending follows it. In the midst of a bulk operation, or disabled, a control that is moved all
+/// the same (assistive tools pass by mouse and keys) goes back at once.
 class DirectControls {
  public:
   DirectControls(VornikForm& form, CommandLink& link, ValueStore& values, RefreshTimer& refresh,
                  OperatorQueue& queue, MessageBoxes& boxes);
 
-  void SliderMoved(const SliderRow& row, int value);
+  void SliderMoved(cpvSlider& slider, const SliderRow& row, int value);
 
   /// Sends at most one axis: the horizontal one when it differs from the recorded value, else the
   /// vertical one when that differs.
   void PadStepped(ArrowControl& pad, int x, int y);
 
-  void CheckClicked(const CheckRow& row, bool checked);
+  void CheckClicked(QCheckBox& box, const CheckRow& row);
 
   /// What a mark does on the form itself, whoever set it: enables or disables the sliders.
   void CheckChanged(const CheckRow& row, bool checked);
@@ -64,23 +65,16 @@ class DirectControls {
   void Reset();
 
  private:
-  struct Write {
-    Address address;
-    std::int32_t value;
-    std::optional<std::int32_t> recorded;
-  };
-  enum class Refresh { kNo, kYes };
-
-  static Write WriteAndRecord(Address address, std::int32_t value) {
-    return {address, value, value};
-  }
-  void Send(std::string_view control, const std::vector<Write>& writes, Refresh refresh);
-  void SendNow(const std::vector<Write>& writes, Refresh refresh);
-  [[nodiscard]] std::vector<Write> LockSourceWrites() const;
-  [[nodiscard]] std::vector<Write> ProgramWrites() const;
-  void Record(const std::vector<Write>& writes);
-  void SendOnOk(const char* control, const char* prompt, const char* title, Address address);
+  [[nodiscard]] std::int32_t Recorded(Address address) const;
+  void Record(Address address, std::int32_t value);
+  void Write(Address address, std::int32_t value);
+  void WriteAndRecord(Address address, std::int32_t value);
+  void SendOne(std::string_view control, Address address, std::int32_t value);
   void SendPadAxis(ArrowControl& pad, Address address, int value);
+  void SendLockSource(std::int32_t source);
+  void SendProgram(std::int32_t source);
+  void SendOnOk(const char* control, const char* prompt, const char* title, Address address);
+  [[nodiscard]] static std::string AxisOf(const ArrowControl& pad, Address address);
 
   VornikForm& form_;
   CommandLink& link_;

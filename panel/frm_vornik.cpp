@@ -270,8 +270,9 @@ void frm_vornik::ConnectControls() {
   DirectControls& direct = direct_;
   CommandEditor& editor = editor_;
   for (std::size_t i = 0; i < kSliders.size(); ++i) {
-    connect(form_.sliders[i], &cpvSlider::Moved, this,
-            Guarded([&direct, i](int value) { direct.SliderMoved(kSliders[i], value); }));
+    connect(form_.sliders[i], &cpvSlider::Moved, this, Guarded([this, &direct, i](int value) {
+              direct.SliderMoved(*form_.sliders[i], kSliders[i], value);
+            }));
   }
   for (ArrowControl* const pad : {form_.arr_zoompan, form_.arr_shrinkposn}) {
     connect(pad, &ArrowControl::ValueChanged, this,
@@ -282,7 +283,7 @@ void frm_vornik::ConnectControls() {
     connect(box, &QCheckBox::toggled, this,
             [&direct, &row](bool checked) { direct.CheckChanged(row, checked); });
     connect(box, &QCheckBox::clicked, this,
-            Guarded([&direct, &row](bool checked) { direct.CheckClicked(row, checked); }));
+            Guarded([&direct, box, &row](bool) { direct.CheckClicked(*box, row); }));
   }
   for (std::size_t i = 0; i < kLockModes.size(); ++i) {
     connect(form_.opt_lock[i], &QRadioButton::clicked, this,
@@ -308,8 +309,8 @@ void frm_vornik::ConnectControls() {
   on_click(form_.cmd_commandplus, [&editor] { editor.cmd_commandplus_Click(); });
   on_click(form_.cmd_test, [this] { cmd_test_Click(); });
 
-  connect(form_.lst_commands, &QListWidget::currentRowChanged, this,
-          [&editor](int) { editor.lst_commands_Click(); });
+  connect(form_.lst_commands, &QListWidget::itemSelectionChanged, this,
+          [&editor] { editor.lst_commands_Click(); });
   connect(form_.lst_commands, &QListWidget::itemClicked, this,
           [&editor](QListWidgetItem*) { editor.lst_commands_Click(); });
   connect(form_.txt_commandval, &QLineEdit::returnPressed, this,
@@ -384,7 +385,8 @@ void frm_vornik::mnu_function_aspect_Click() {
 }
 
 void frm_vornik::mnu_about_Click() {
-  if (about_.isNull()) about_ = new frm_About(this);
+  // A box that has been closed, in this very event perhaps, is about to be deleted.
+  if (about_.isNull() || about_->isHidden()) about_ = new frm_About(this);
   about_->show();
   about_->raise();
   about_->activateWindow();

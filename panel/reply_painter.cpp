@@ -1,15 +1,23 @@
 #include "panel/reply_painter.h"
 
+#include <QDynamicPropertyChangeEvent>
+
 #include "link/fault.h"
 #include "link/numbers.h"
 
 namespace kalde2 {
 namespace {
 
-void SelectEntry(QComboBox& combo, int index) {
-  const bool exists = index >= -1 && index < combo.count();
-  combo.setCurrentIndex(exists ? index : -1);
+constexpr const char* kTag = "Tag";
+
+void SelectEntry(QComboBox& list, int index, bool has_newer) {
+  const bool exists = index >= -1 && index < list.count();
   if (!exists) throw Fault("the list has no such entry");
+  if (!has_newer) list.setCurrentIndex(index);
+}
+
+int ItemIndexOf(std::int32_t value, const QComboBox& list) {
+  return FindItemDataIndex(NarrowToInt16(value), list);
 }
 
 }  // namespace
@@ -22,11 +30,39 @@ int FindItemDataIndex(std::int16_t value, const QComboBox& list) {
 ReplyPainter::ReplyPainter(VornikForm& form, const OperatorQueue& queue)
     : form_(form), queue_(queue) {
   for (QWidget* const control : form.ReplyControls()) {
-    const QVariant tag = control->property("Tag");
-    if (!tag.isValid()) continue;
-    const auto* const pad = qobject_cast<ArrowControl*>(control);
-    tagged_.push_back({control, tag.toInt(), pad != nullptr ? pad->TAG2().toInt() : 0});
+    control->installEventFilter(this);
+    if (auto* const pad = qobject_cast<ArrowControl*>(control)) {
+      connect(pad, &ArrowControl::TAG2Changed, this, &ReplyPainter::NoteTags);
+    }
   }
+  NoteTags();
+}
+
+bool ReplyPainter::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() == QEvent::DynamicPropertyChange &&
+      static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName() == kTag) {
+    NoteTags();
+  }
+  return false;
+}
+
+void ReplyPainter::NoteTags() {
+  tagged_.clear();
+  for (QWidget* const control : form_.ReplyControls()) {
+    NoteTag(*control, control->property(kTag), false);
+    if (const auto* const pad = qobject_cast<ArrowControl*>(control)) {
+      NoteTag(*control, pad->TAG2(), true);
+    }
+  }
+}
+
+void ReplyPainter::NoteTag(QWidget& control, const QVariant& tag, bool is_vertical) {
+  const int address = tag.toInt();
+  if (address == 0) return;  // no number
+  const std::string name = control.objectName().toStdString();
+  const bool is_axis = qobject_cast<ArrowControl*>(&control) != nullptr;
+  tagged_.push_back(
+      {&control, address, is_vertical, is_axis ? OperatorQueue::PartName(name, address) : name});
 }
 
 void ReplyPainter::ShowAspectAdjust(bool advanced) {
@@ -36,56 +72,54 @@ void ReplyPainter::ShowAspectAdjust(bool advanced) {
 
 void ReplyPainter::ShowLockMode(std::int32_t value) {
   if (queue_.HasKept(kLockModeControl)) return;
-  form_.SelectLockMode(value);
-  // The option buttons' own effect: genlock and mix have a source, off has none.
-  if (value >= 0 && static_cast<std::size_t>(value) < kLockModes.size()) {
-    form_.SetLockSourceVisible(value != 0);
-  }
+  form_.ShowLockMode(value);
 }
 
 void ReplyPainter::ShowValue(std::int16_t address, std::int32_t value) {
+  const QWidget* shown_on = nullptr;
   for (const Tagged& control : tagged_) {
-    if (control.tag != address && control.tag2 != address) continue;
-    if (auto* const combo = qobject_cast<QComboBox*>(control.widget)) {
-      ShowOnCombo(*combo, address, value);
-    } else if (auto* const pad = qobject_cast<ArrowControl*>(control.widget)) {
-      ShowOnPad(*pad, control.tag == address, value);
-    } else {
-      ShowOnOther(*control.widget, value);
-    }
+    if (control.address != address) continue;
+    // A pad whose axes have one address shows it on the horizontal one alone.
+    if (control.is_vertical && control.widget == shown_on) continue;
+    Show(control, value);
+    shown_on = control.widget;
   }
 }
 
-void ReplyPainter::ShowOnCombo(QComboBox& combo, std::int16_t address, std::int32_t value) const {
-  if (HasNewer(combo)) return;
-  // The resolution's value is its place in the list, the sources' are item data.
-  SelectEntry(combo, address == address::kResolution
-                         ? value
-                         : FindItemDataIndex(NarrowToInt16(value), combo));
-}
-
-void ReplyPainter::ShowOnPad(ArrowControl& pad, bool is_horizontal, std::int32_t value) const {
-  if (pad.PressedArrow() != ArrowControl::Arrow::kNone || HasNewer(pad)) return;
-  if (is_horizontal) {
-    pad.setValueX(value);
-  } else {
-    pad.setValueY(value);
-  }
-}
-
-void ReplyPainter::ShowOnOther(QWidget& control, std::int32_t value) const {
-  if (HasNewer(control)) return;
-  if (auto* const slider = qobject_cast<cpvSlider*>(&control)) {
-    if (!slider->isHeld()) slider->setValue(value);
-  } else if (auto* const box = qobject_cast<QCheckBox*>(&control)) {
-    box->setChecked(value != 0);
+void ReplyPainter::Show(const Tagged& control, std::int32_t value) const {
+  if (qobject_cast<QComboBox*>(control.widget) != nullptr) {
+    ShowOnList(control, value);
+  } else if (HasNewer(control)) {
+    return;
+  } else if (auto* const pad = qobject_cast<ArrowControl*>(control.widget)) {
+    control.is_vertical ? pad->setValueY(value) : pad->setValueX(value);
+  } else if (auto* const slider = qobject_cast<cpvSlider*>(control.widget)) {
+    slider->Follow(value);
+  } else if (auto* const button = qobject_cast<QAbstractButton*>(control.widget);
+             button != nullptr && button->isCheckable()) {
+    button->setChecked(value != 0);
   } else {
     throw Fault("the control shows no value");
   }
 }
 
-bool ReplyPainter::HasNewer(const QWidget& control) const {
-  return queue_.HasKept(control.objectName().toStdString());
+/// A list's `Tag` says that a list follows the address; which one it is goes by the address.
+void ReplyPainter::ShowOnList(const Tagged& control, std::int32_t value) const {
+  switch (control.address) {
+    case address::kResolution:  // its value is its place in the list, the sources' are item data
+      return SelectEntry(*form_.cbo_resolution, value, HasNewer(control));
+    case address::kMainInput:
+      return SelectEntry(*form_.cbo_program, ItemIndexOf(value, *form_.cbo_program),
+                         HasNewer(control));
+    case address::kLockSource:
+      return SelectEntry(*form_.cbo_lock, ItemIndexOf(value, *form_.cbo_lock), HasNewer(control));
+    default:
+      throw Fault("the list shows no value");
+  }
+}
+
+bool ReplyPainter::HasNewer(const Tagged& control) const {
+  return queue_.HasKept(control.name);
 }
 
 }  // namespace kalde2

@@ -9,8 +9,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "controls/wheel_guard.h"
+#include "controls/accessible_mark.h"
+#include "controls/drop_down_list.h"
 #include "panel/clipping_area.h"
+#include "panel/menu_letters.h"
 
 namespace kalde2 {
 namespace {
@@ -65,6 +67,7 @@ QGridLayout* NewGrid() {
 }  // namespace
 
 VornikForm::VornikForm(QMainWindow& window) : window_(window) {
+  InstallAccessibleMarks();
   auto* const clip = new ClippingArea(&window_);
   QWidget* const content = clip->Content();
   fra_control = Named(new QFrame(content), "fra_control");
@@ -75,6 +78,7 @@ VornikForm::VornikForm(QMainWindow& window) : window_(window) {
   CreateChecks();
   CreateButtons();
   CreateTimers();
+  new MenuLetters(*window_.menuBar(), *fra_control);  // the menu bar's from here on
 
   auto* const rows = new QVBoxLayout(content);
   rows->setContentsMargins(kMargin, kGap, kMargin, 0);
@@ -148,7 +152,7 @@ void VornikForm::CreateConnection(QWidget* content) {
            QStringLiteral("Number of the serial port that the unit is connected to"));
   lbl_portdevice = Named(new QLabel(content), "lbl_portdevice");
   lbl_portdevice->setTextFormat(Qt::PlainText);
-  cbo_baud = Named(new QComboBox(content), "cbo_baud");
+  cbo_baud = Named(new DropDownList(content), "cbo_baud");
   Describe(cbo_baud, QStringLiteral("Baud rate"),
            QStringLiteral("Rate of the line, bits per second, as it is set on the unit"));
   Cmd_openclose = Named(new QPushButton(QStringLiteral("Open &Port"), content), "Cmd_openclose");
@@ -169,7 +173,7 @@ void VornikForm::CreateConnection(QWidget* content) {
 
 QComboBox* VornikForm::CreateCombo(const char* name, int tag, const char* accessible_name,
                                    const char* description) {
-  auto* const combo = Named(new QComboBox(fra_control), name);
+  QComboBox* const combo = Named(new DropDownList(fra_control), name);
   if (tag != 0) combo->setProperty("Tag", QString::number(tag));
   combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   constexpr int kMinimumCharacters = 18;  // "1920 x 1080i 25Hz1250" is the widest entry of all
@@ -239,9 +243,6 @@ void VornikForm::CreateControls() {
            QStringLiteral("Type a value and press Enter"));
   for (QWidget* const editor : std::initializer_list<QWidget*>{cbo_command, txt_commandval}) {
     editor->hide();
-  }
-  for (QComboBox* const combo : {cbo_program, cbo_resolution, cbo_lock, cbo_command, cbo_baud}) {
-    WheelGuard::Protect(combo);
   }
 }
 
@@ -565,6 +566,8 @@ void VornikForm::SetAdvancedHeight(bool advanced) {
   for (QWidget* const widget : std::initializer_list<QWidget*>{
            chk_shrinkenable, Slider("slide_shrink"), Slider("slide_shrinkv"), arr_shrinkposn}) {
     widget->setFocusPolicy(advanced ? Qt::StrongFocus : Qt::NoFocus);
+    // The list is the nearest place where no key sends anything.
+    if (!advanced && window_.focusWidget() == widget) lst_commands->setFocus();
   }
 }
 
@@ -582,14 +585,13 @@ void VornikForm::ShowShrinkControls() {
   }
 }
 
-void VornikForm::SetLockSourceVisible(bool visible) {
-  cbo_lock->setVisible(visible);
-  lbl_locksource->setVisible(visible);
-}
-
-void VornikForm::SelectLockMode(int value) {
+void VornikForm::ShowLockMode(int value) {
+  lock_mode_ = value;
   if (QAbstractButton* const mode = lock_group_->button(value)) {
     mode->setChecked(true);
+    for (QWidget* const widget : std::initializer_list<QWidget*>{cbo_lock, lbl_locksource}) {
+      widget->setVisible(value != 0);
+    }
     return;
   }
   // An exclusive group always keeps one chosen.

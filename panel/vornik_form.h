@@ -56,11 +56,12 @@ class VornikForm {
   /// The shrink controls. They are never hidden again once shown.
   void ShowShrinkControls();
 
-  /// Shows or hides `cbo_lock` and its label.
-  void SetLockSourceVisible(bool visible);
+  /// Chooses a lock mode and shows the lock source with those that have one. A value other than
+  /// 0..2 chooses none and shows or hides nothing.
+  void ShowLockMode(int value);
 
-  /// Chooses a lock mode; none for a value other than 0..2.
-  void SelectLockMode(int value);
+  /// The lock mode that was shown last, whatever has become of the option buttons; -1 before.
+  [[nodiscard]] int LockMode() const { return lock_mode_; }
 
   /// What the connection looks like: the texts, and that a closed port's baud rate may be chosen.
   void ShowOpen(const QString& state);
@@ -169,6 +170,7 @@ class VornikForm {
 
   QMainWindow& window_;
   QButtonGroup* lock_group_ = nullptr;
+  int lock_mode_ = -1;
   std::vector<QWidget*> reply_controls_;
 };
 

@@ -9,20 +9,24 @@ namespace kalde2 {
 
 bool OperatorQueue::HasKept(std::string_view control) const {
   return std::ranges::any_of(kept_, [control](const Task& kept) {
-    return kept.control.starts_with(control) &&
-           (kept.control.size() == control.size() || kept.control[control.size()] == kPartMark);
+    return kept.control == control || std::ranges::find(kept.group, control) != kept.group.end();
   });
+}
+
+void OperatorQueue::NoteNewest(std::string_view control) const {
+  if (running_ != nullptr && running_->control == control && !abandoned_) Note(*running_);
+  NoteKept();
 }
 
 void OperatorQueue::Abandon() {
   kept_.clear();
-  abandoned_ = running_;
+  abandoned_ = running_ != nullptr;
 }
 
 void OperatorQueue::Submit(Task task) {
   if (IsBulk()) return;
-  if (task.note) task.note();
-  if (running_) {
+  if (IsBusy()) {
+    if (task.note) task.note();
     Keep(std::move(task));
     return;
   }
@@ -40,7 +44,7 @@ void OperatorQueue::Keep(Task task) {
 }
 
 void OperatorQueue::Run(const Task& task) {
-  const ScopedFlag running(running_);
+  const ScopedValue running(running_, &task);
   const ScopedFlag in_bulk(bulk_, task.bulk);
   try {
     task.job();
@@ -60,12 +64,14 @@ void OperatorQueue::RunKept() {
 }
 
 void OperatorQueue::NoteKept() const {
-  for (const Task& kept : kept_) {
-    try {
-      if (kept.note) kept.note();
-    } catch (const Fault&) {
-      // The others are noted all the same.
-    }
+  for (const Task& kept : kept_) Note(kept);
+}
+
+void OperatorQueue::Note(const Task& task) {
+  try {
+    if (task.note) task.note();
+  } catch (const Fault&) {
+    // The others are noted all the same.
   }
 }
 

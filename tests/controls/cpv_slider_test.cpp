@@ -82,6 +82,79 @@ TEST_F(CpvSliderTest, ItIsHeldWhileAMouseButtonIsDownOnIt) {
   EXPECT_FALSE(slider_.isHeld());
 }
 
+TEST_F(CpvSliderTest, AClickWhoseReleaseComesWhileItsOwnMoveIsHeardIsOver) {
+  constexpr int kRepeatsLater = 700;
+  for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+    slider_.setValue(100);
+    moved_.clear();
+    const QPoint rail(3, slider_.height() / 2);
+    QObject::connect(
+        &slider_, &cpvSlider::Moved, &slider_,
+        [&] { QTest::mouseRelease(&slider_, button, Qt::NoModifier, rail); },
+        Qt::SingleShotConnection);
+    QTest::mousePress(&slider_, button, Qt::NoModifier, rail);
+    EXPECT_FALSE(slider_.isHeld());
+    QTest::qWait(kRepeatsLater);
+    EXPECT_EQ(moved_.count(), 1);
+  }
+}
+
+TEST_F(CpvSliderTest, ADoubleClickOnTheHandleIsTwoClicks) {
+  slider_.setInitial(0);
+  QTest::mouseClick(&slider_, Qt::LeftButton, Qt::NoModifier, Handle());
+  QTest::mouseDClick(&slider_, Qt::LeftButton, Qt::NoModifier, Handle());
+  QTest::mouseRelease(&slider_, Qt::LeftButton, Qt::NoModifier, Handle());
+  EXPECT_EQ(slider_.Value(), 100);
+  EXPECT_EQ(moved_.count(), 0);
+  EXPECT_FALSE(slider_.isHeld());
+}
+
+TEST_F(CpvSliderTest, WhatItFollowsShowsWhenItIsLetGoUnlessItWasChangedSince) {
+  const auto spin_key = [this](Qt::Key key) {
+    QTest::keyClick(slider_.findChild<QDoubleSpinBox*>("spin_fineadjust"), key);
+  };
+  struct Hold {
+    std::function<void()> begin;
+    std::function<void()> change;
+    std::function<void()> end;
+  };
+  const auto press = [this] { QTest::mousePress(&slider_, Qt::LeftButton, {}, Handle()); };
+  const auto drag = [this] { QTest::mouseMove(&slider_, Handle() + QPoint(20, 0)); };
+  const auto open = [this] { QTest::mouseClick(&slider_, Qt::RightButton); };
+  const QPoint rail(3, slider_.height() / 2);
+  const Hold holds[] = {
+      {press, drag, [this] { QTest::mouseRelease(&slider_, Qt::LeftButton); }},
+      {press, drag, [this] { slider_.hide(); }},
+      {press, drag, [this] { slider_.setEnabled(false); }},
+      {open, [&] { spin_key(Qt::Key_Up); }, [&] { spin_key(Qt::Key_Enter); }},
+      {open, [&] { spin_key(Qt::Key_Up); }, [this] { slider_.setEnabled(false); }},
+      {[&] { QTest::mousePress(&slider_, Qt::LeftButton, {}, rail); }, [] {},
+       [&] { QTest::mouseRelease(&slider_, Qt::LeftButton, {}, rail); }},
+  };
+  for (const Hold& hold : holds) {
+    for (const bool changed_since : {false, true}) {
+      SCOPED_TRACE(&hold - holds);
+      slider_.show();
+      slider_.setEnabled(true);
+      slider_.setFocus();
+      slider_.setValue(100);
+      hold.begin();
+      slider_.Follow(7);
+      slider_.Follow(222);
+      EXPECT_NE(slider_.Value(), 222) << "it is held";
+      const int before = slider_.Value();
+      if (changed_since) hold.change();
+      const int changed = slider_.Value();
+      moved_.clear();
+      hold.end();
+      EXPECT_EQ(slider_.Value(), changed == before ? 222 : changed);
+      EXPECT_EQ(moved_.count(), 0) << "not the operator's";
+    }
+  }
+  slider_.Follow(30);
+  EXPECT_EQ(slider_.Value(), 30);
+}
+
 TEST_F(CpvSliderTest, FineAdjustmentStepsLiveUntilEnterKeepsOrEscRestores) {
   slider_.setDecimalDisplay(1);
   for (const auto& [key, kept] : {std::pair{Qt::Key_Escape, 100}, {Qt::Key_Enter, 210}}) {

@@ -124,6 +124,65 @@ TEST_F(DirectControlsTest, ButtonsSendWhatTheyStandFor) {
   EXPECT_EQ(Recorded(398), 0) << "only sent";
 }
 
+/// What is recorded of some parameters and shown on a slider as each frame goes out.
+TEST_F(DirectControlsTest, EachValueIsRecordedAfterItsWrite) {
+  const auto states = [this](const char* button, const char* slider, std::vector<int> addresses) {
+    std::vector<std::string> lines;
+    port.on_write = [&](std::string_view) {
+      std::string line = std::to_string(Form().Slider(slider)->Value());
+      for (const int address : addresses) line += " " + std::to_string(Recorded(address));
+      lines.push_back(line);
+      return std::string("F0000\r");
+    };
+    Press(button);
+    Settle();
+    port.on_write = nullptr;
+    return lines;
+  };
+  for (const int address : {135, 218, 219})
+    panel->UnitSession().Unit().values.StoreParamValue(IndexOf(address), 7);
+  Form().Slider("slide_shrink")->setValue(33);
+  EXPECT_EQ(states("cmd_overscan", "slide_shrink", {135, 218, 219}),
+            (Frames{"33 7 7 7", "100 90 7 7", "100 90 7 7", "100 90 50 7"}));
+  panel->UnitSession().Unit().values.StoreParamValue(IndexOf(293), 7);
+  panel->UnitSession().Unit().values.StoreParamValue(IndexOf(178), 7);
+  EXPECT_EQ(states("cmd_black", "slide_ymax", {178, 293}), Frames(9, "32 7 7"));
+  EXPECT_EQ(Recorded(293), 0);
+  EXPECT_EQ(states("cmd_fade", "slide_ymax", {403}), Frames{"32 0"});
+  EXPECT_EQ(states("chk_keyenable", "slide_ymax", {295}), Frames{"32 0"});
+
+  panel.reset();
+  Start();  // the port is closed
+  QStringList set;
+  for (const cpvSlider* const slider : Form().sliders) {
+    const_cast<cpvSlider*>(slider)->setValue(50);
+    QObject::connect(slider, &cpvSlider::ValueChanged, slider,
+                     [&set, slider] { set << slider->objectName().mid(6); });
+  }
+  Form().cmd_black->setEnabled(true);
+  Press("cmd_black");
+  EXPECT_EQ(set.join(' ').toStdString(), "ymin umin vmin ymax umax vmax softy softu softv");
+}
+
+TEST_F(DirectControlsTest, ATagThatIsSetCountsForSendingAndForReplies) {
+  ArrowControl& pad = *Form().arr_zoompan;
+  pad.setProperty("Tag", "218");
+  pad.setTAG2("219");
+  Form().Slider("slide_ymin")->setProperty("Tag", 178);
+  for (const auto& [address, value] : {std::pair{218, 33}, {219, 44}, {159, 9}, {178, 55}}) {
+    Unasked(WriteOf(address, value));
+  }
+  EXPECT_EQ(pad.valueX(), 33);
+  EXPECT_EQ(pad.valueY(), 44);
+  EXPECT_EQ(Form().Slider("slide_ymin")->Value(), 55);
+  EXPECT_EQ(Form().Slider("slide_ymax")->Value(), 55);
+  Key("arr_zoompan", Qt::Key_Right);
+  EXPECT_EQ(Written(), Frames{WriteOf(218, 34)});
+  pad.setProperty("Tag", QVariant());
+  Unasked(WriteOf(218, 70));
+  EXPECT_EQ(pad.valueX(), 34);
+}
+
 TEST_F(DirectControlsTest, StoreAndResetAskFirst) {
   for (const auto& [item, address] :
        {std::pair{"cmd_function_strore", 200}, {"mnu_function_reset", 241}}) {

@@ -121,6 +121,78 @@ TEST_F(OperatorQueueTest, AnEchoMovesNoControlWithANewerChange) {
   Press("cmd_black");
 }
 
+/// A frame of the unit, as it comes while something else is under way.
+std::string Told(int address, int value) {
+  return PanelFixture::WriteOf(address, value).replace(1, 2, "44");
+}
+
+TEST_F(OperatorQueueTest, AHeldPadFollowsAndStepsFromWhatTheUnitSays) {
+  ArrowControl& pad = *Form().arr_zoompan;
+  QTest::mousePress(Find<QWidget>("pic_arrow_2"), Qt::LeftButton);
+  panel->UnitSession().Link().ParseReply(Told(160, 70));
+  EXPECT_EQ(pad.valueY(), 70);
+  // A unit that limits the pan to 4.
+  port.on_write = [](std::string_view) { return Told(159, 4); };
+  Tick("tmr_repeat");
+  EXPECT_EQ(pad.valueX(), 4) << "at once";
+  panel->UnitSession().Link().ParseReply(Told(159, 6));
+  QTest::mouseRelease(Find<QWidget>("pic_arrow_2"), Qt::LeftButton);
+  QTest::mouseClick(Find<QWidget>("pic_arrow_3"), Qt::LeftButton);
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(159, 1), WriteOf(159, 6), WriteOf(160, 71)));
+}
+
+TEST_F(OperatorQueueTest, AnAxisOnItsWayIsNoChangeOfTheOther) {
+  const auto step = [this](Qt::Key key) { return [this, key] { Key("arr_zoompan", key); }; };
+  During(0, [&] {
+    step(Qt::Key_Down)();
+    step(Qt::Key_Right)();
+    panel->UnitSession().Link().ParseReply(
+        Told(159, 1));  // the echo of the first, ahead of all that waits
+    EXPECT_EQ(Form().arr_zoompan->valueX(), 2);
+    step(Qt::Key_Down)();
+  });
+  step(Qt::Key_Right)();
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(159, 1), WriteOf(160, 2), WriteOf(159, 2)));
+
+  During(0, step(Qt::Key_Left));
+  step(Qt::Key_Right)();
+  EXPECT_THAT(Written(), ElementsAre(WriteOf(159, 3), WriteOf(159, 2))) << "there and back";
+}
+
+TEST_F(OperatorQueueTest, AGroupThatWaitsKeepsItsControlsFromOlderReplies) {
+  During(0, [this] {
+    Press("cmd_black");
+    Press("cmd_underscan");
+    for (const auto& [address, value] :
+         {std::pair{178, 200}, {293, 9}, {135, 77}, {218, 5}, {219, 6}}) {
+      panel->UnitSession().Link().ParseReply(Told(address, value));
+    }
+    EXPECT_EQ(Form().Slider("slide_ymax")->Value(), 32);
+    EXPECT_EQ(Form().Slider("slide_softv")->Value(), 0);
+    EXPECT_EQ(Form().Slider("slide_shrink")->Value(), 90);
+    EXPECT_EQ(Form().arr_shrinkposn->valueX(), 50);
+    EXPECT_EQ(Form().arr_shrinkposn->valueY(), 50);
+  });
+  Press("cmd_fade");
+  EXPECT_EQ(Written().size(), 1U + 9U + 4U);
+}
+
+TEST_F(OperatorQueueTest, AHeldSliderEndsOnWhatTheUnitMadeOfIt) {
+  cpvSlider* const zoom = Form().Slider("slide_zoom");
+  const QPoint handle(zoom->height() / 2, zoom->height() / 2);
+  // A unit that limits the zoom to 150.
+  port.on_write = [this](std::string_view) {
+    clock.After(milliseconds(kLatency), [this] { port.Receive(Told(134, 150)); });
+    return std::string();
+  };
+  QTest::mousePress(zoom, Qt::LeftButton, {}, handle);
+  QTest::mouseMove(zoom, handle + QPoint(60, 0));
+  EXPECT_GT(zoom->Value(), 150);
+  QTest::mouseRelease(zoom, Qt::LeftButton, {}, handle + QPoint(60, 0));
+  EXPECT_EQ(zoom->Value(), 150);
+  EXPECT_EQ(Written().size(), 1U);
+}
+
 TEST_F(OperatorQueueTest, ClosingForgetsWhatWaits) {
   During(0, [this] {
     Choose("cmd_function_strore");

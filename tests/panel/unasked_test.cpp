@@ -1,3 +1,5 @@
+#include <QSignalSpy>
+
 #include "tests/support/panel_fixture.h"
 
 namespace kalde2 {
@@ -48,6 +50,18 @@ TEST_F(UnaskedFrames, MoveControlsAsFarAsTheyGoAndSendNothing) {
   EXPECT_EQ(panel->UnitSession().Unit().values.ParamValue(129), 300);
   EXPECT_EQ(panel->UnitSession().Unit().values.ParamValue(130), 1000);
   EXPECT_TRUE(Written().empty());
+}
+
+TEST_F(UnaskedFrames, APositionThatAListDoesNotHaveLeavesItAndAsksForNoRefresh) {
+  OpenSettled();
+  Unasked(Changed(131, 4));
+  EXPECT_TRUE(Tick("tmr_updatelstCommands"));
+  const QSignalSpy changed(Form().cbo_resolution, &QComboBox::currentIndexChanged);
+  Unasked(Changed(131, 300));
+  EXPECT_EQ(Form().cbo_resolution->currentIndex(), 4);
+  EXPECT_EQ(changed.count(), 0);
+  EXPECT_FALSE(panel->UnitSession().Link().LastReply().Valid ||
+               Form().tmr_updatelstCommands->isActive());
 }
 
 TEST_F(UnaskedFrames, LockModeAndAspectChangeTheForm) {

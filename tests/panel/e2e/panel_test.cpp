@@ -204,6 +204,31 @@ TEST_F(EndToEnd, WhatCameInASleepIsNoReply) {
   }
 }
 
+TEST_F(EndToEnd, AClickOnASlowLineIsOneRequestAndALimitIsShownOnRelease) {
+  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+  unit->Command("fault late=400");
+  ASSERT_TRUE(unit->Says("faults: "));
+  cpvSlider& zoom = *Form().Slider("slide_zoom");
+  const QPoint right_end(zoom.width() * 2 / 3, zoom.height() / 2);
+  for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+    QTimer::singleShot(100ms, [&] { QTest::mouseRelease(&zoom, button, {}, right_end); });
+    QTest::mousePress(&zoom, button, {}, right_end);
+    Rest(1s);
+    EXPECT_EQ(unit->Requests().size(), 1);
+    EXPECT_FALSE(zoom.isHeld());
+    EXPECT_EQ(unit->Value(134), zoom.Value());
+  }
+  const QPoint handle(zoom.height() / 2, zoom.height() / 2);
+  zoom.setValue(100);
+  QTest::mousePress(&zoom, Qt::LeftButton, {}, handle);
+  QTest::mouseMove(&zoom, handle + QPoint(30, 0));
+  unit->Command("set 134 150");
+  Rest(800ms);
+  EXPECT_GT(zoom.Value(), 150) << "not under the hand";
+  QTest::mouseRelease(&zoom, Qt::LeftButton, {}, handle + QPoint(30, 0));
+  EXPECT_EQ(zoom.Value(), 150);
+}
+
 TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
   ASSERT_NO_FATAL_FAILURE(StartAndOpen());
   unit->Command("set 315 77");

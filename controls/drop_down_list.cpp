@@ -1,0 +1,59 @@
+#include "controls/drop_down_list.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QProxyStyle>
+
+namespace kalde2 {
+namespace {
+
+constexpr int kVisibleEntries = 15;
+
+/// The application's style, but for lists that drop down: as a menu, as some styles have it, a long
+/// one would cover the whole screen.
+class ListStyle : public QProxyStyle {
+ public:
+  ListStyle() : QProxyStyle(QApplication::style()->name()) {}
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
+  }
+};
+
+}  // namespace
+
+DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
+  // Strong focus on every desktop; not wheel focus, or the wheel would take it and change the list.
+  setFocusPolicy(Qt::StrongFocus);
+  setMaxVisibleItems(kVisibleEntries);
+  auto* const style = new ListStyle;
+  style->setParent(this);
+  setStyle(style);
+}
+
+void DropDownList::keyPressEvent(QKeyEvent* event) {
+  const QString text = event->text();
+  const bool types = !text.isEmpty() && text.front().isPrint() && event->key() != Qt::Key_Space;
+  if (!types) {
+    QComboBox::keyPressEvent(event);
+  } else if ((event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) !=
+             0) {
+    event->ignore();  // a short cut of somebody else's
+  } else if (count() > 0) {
+    showPopup();
+    view()->keyboardSearch(QString());  // begins anew
+    QCoreApplication::sendEvent(view(), event);
+  }
+}
+
+void DropDownList::wheelEvent(QWheelEvent* event) {
+  if (hasFocus()) {
+    QComboBox::wheelEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+}  // namespace kalde2

@@ -1,0 +1,127 @@
+// Where letters and the focus go in the main window.
+
+#include <QMenu>
+
+#include "tests/support/panel_fixture.h"
+
+namespace kalde2 {
+namespace {
+
+class Keyboard : public PanelFixture {
+ protected:
+  /// Presses a letter while Alt is down.
+  void Letter(Qt::Key letter) {
+    QTest::simulateEvent(KeyTarget(), true, letter, Qt::AltModifier, QString(), false);
+  }
+
+  /// Presses Alt, which closes an open menu, and a letter.
+  void Alt(Qt::Key letter) {
+    if (KeyTarget() == &Window()) Window().activateWindow();  // closed menus stay active headless
+    QTest::simulateEvent(KeyTarget(), true, Qt::Key_Alt, Qt::AltModifier, QString(), false);
+    Letter(letter);
+    QTest::simulateEvent(KeyTarget(), false, Qt::Key_Alt, {}, QString(), false);
+  }
+
+  [[nodiscard]] QWidget* KeyTarget() const {
+    QWidget* const menu = QApplication::activePopupWidget();
+    return menu != nullptr ? menu : &Window();
+  }
+
+  /// The menu that is open; what has the focus where none is.
+  [[nodiscard]] static std::string Reached() {
+    const QWidget* const menu = QApplication::activePopupWidget();
+    return (menu != nullptr ? menu : QApplication::focusWidget())->objectName().toStdString();
+  }
+
+  static void LeaveMenus() {
+    while (QWidget* const menu = QApplication::activePopupWidget()) menu->close();
+  }
+};
+
+TEST_F(Keyboard, ALetterOfSeveralOpensTheFirstMenuThatCanBeUsed) {
+  Start();
+  for (int i = 0; i < 3; ++i) {
+    Alt(Qt::Key_F);
+    EXPECT_EQ(Reached(), "mnu_file") << "closed";
+    Letter(Qt::Key_F);
+    EXPECT_EQ(Reached(), "mnu_file") << "there is no other";
+    LeaveMenus();
+  }
+  ConnectUnit({.product_type = 35});
+  Press("Cmd_openclose");
+  Tick("tmr_updatelstCommands");
+  (void)Written();
+  Focus(*Form().lst_commands);
+  for (int i = 0; i < 3; ++i) {
+    Alt(Qt::Key_F);
+    EXPECT_EQ(Reached(), "mnu_file") << "connected";
+    Letter(Qt::Key_F);
+    EXPECT_EQ(Reached(), "mnu_function");
+    Letter(Qt::Key_F);
+    EXPECT_EQ(Reached(), "cmd_fade");
+    EXPECT_FALSE(Form().mnu_file->isVisible() || Form().mnu_function->isVisible());
+  }
+  Alt(Qt::Key_B);
+  QTest::qWait(150);
+  EXPECT_EQ(Written().size(), 9U) << "a letter of one button presses it";
+  for (int i = 0; i < 2; ++i) {
+    Alt(Qt::Key_A);
+    auto* const about = Window().findChild<QWidget*>("frm_About");
+    ASSERT_TRUE(about != nullptr && about->isVisible());
+    delete about;
+  }
+  EXPECT_TRUE(Written().empty());
+}
+
+TEST_F(Keyboard, TheFocusLeavesTheShrinkStripWithTheAdvancedView) {
+  OpenSettled();
+  Choose("mnu_function_aspect");
+  for (const char* control :
+       {"chk_shrinkenable", "slide_shrink", "slide_shrinkv", "arr_shrinkposn"}) {
+    Choose("mnu_function_advanced");
+    if (!Form().chk_shrinkenable->isChecked()) Press("chk_shrinkenable");
+    Focus(*Find<QWidget>(control));
+    (void)Written();
+    Choose("mnu_function_advanced");
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_Down}) {
+      QTest::keyClick(QApplication::focusWidget(), key);
+    }
+    EXPECT_TRUE(Written().empty()) << control;
+  }
+}
+
+TEST_F(Keyboard, OnlyAChosenLineOfTheListIsSelected) {
+  OpenSettled();
+  SelectLine("Zoom Pan H");
+  const int saved = panel->Editor().SavedCommandLine();
+  panel->Editor().RefreshCommandList();  // selects nothing
+  Focus(*Form().Slider("slide_softv"));
+  QTest::keyClick(Form().Slider("slide_softv"), Qt::Key_Tab);
+  ASSERT_TRUE(Form().lst_commands->hasFocus());
+  EXPECT_EQ(panel->Editor().SavedCommandLine(), saved);
+  QTest::keyClick(Form().lst_commands, Qt::Key_Down);
+  EXPECT_EQ(panel->Editor().SavedCommandLine(), 1);
+  QTest::keyClick(Form().lst_commands, Qt::Key_Up);
+  EXPECT_EQ(panel->Editor().SavedCommandLine(), 0);
+}
+
+TEST_F(Keyboard, AboutComesUpAgainInTheEventThatClosesIt) {
+  Start();
+  const auto shown = [this] {
+    int count = 0;
+    for (const QWidget* box : Window().findChildren<QWidget*>("frm_About")) {
+      count += box->isVisible() ? 1 : 0;
+    }
+    return count;
+  };
+  Choose("mnu_about");
+  Choose("mnu_about");
+  EXPECT_EQ(shown(), 1);
+  Window().findChild<QWidget*>("frm_About")->close();
+  Choose("mnu_about");
+  QTest::qWait(10);
+  EXPECT_EQ(shown(), 1);
+}
+
+}  // namespace
+}  // namespace kalde2
