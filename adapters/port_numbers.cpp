@@ -105,27 +105,27 @@ NumberedPorts WithLinks(NumberedPorts ports, const QString& folder) {
 }
 
 QtPortDirectory::QtPortDirectory(const QString& links, QObject* parent)
-    : PortDirectory(parent), links_(links) {
+    : QObject(parent), links_(links) {
   announcement_.setSingleShot(true);
   announcement_.setInterval(kSettlingTime);
-  connect(&announcement_, &QTimer::timeout, this, &PortDirectory::Changed);
+  connect(&announcement_, &QTimer::timeout, this, [this] { TellChange(); });
   connect(&watcher_, &QFileSystemWatcher::directoryChanged, this,
           &QtPortDirectory::OnFolderChanged);
   if (const QStringList folders = DeviceFolders(); !folders.isEmpty()) watcher_.addPaths(folders);
   WatchLinks();
 }
 
-QString QtPortDirectory::DeviceFor(int number) const {
-  return Ports().value(number);
+std::string QtPortDirectory::DeviceFor(int number) const {
+  return Ports().value(number).toStdString();
 }
 
-QStringList QtPortDirectory::PresentPorts() const {
-  QStringList texts;
+std::vector<NumberedPort> QtPortDirectory::PresentPorts() const {
+  std::vector<NumberedPort> present;
   const NumberedPorts ports = Ports();
   for (auto port = ports.cbegin(); port != ports.cend(); ++port) {
-    texts << QString("%1: %2").arg(port.key()).arg(port.value());
+    present.push_back({port.key(), port.value().toStdString()});
   }
-  return texts;
+  return present;
 }
 
 NumberedPorts QtPortDirectory::Ports() const {

@@ -6,7 +6,7 @@
 #include <QTimer>
 #include <optional>
 
-#include "panel/port_directory.h"
+#include "session/port_directory.h"
 
 namespace kalde2 {
 
@@ -34,7 +34,7 @@ using NumberedPorts = QMap<int, QString>;
 
 /// The ports of this computer. Links are read at every question; devices, whose listing takes tens
 /// of milliseconds, once and again after a change. Watching for changes sleeps in the kernel.
-class QtPortDirectory final : public PortDirectory {
+class QtPortDirectory final : public QObject, public PortDirectory {
   Q_OBJECT
 
  public:
@@ -44,8 +44,8 @@ class QtPortDirectory final : public PortDirectory {
   /// @param links folder of the links; need not exist (yet)
   explicit QtPortDirectory(const QString& links, QObject* parent = nullptr);
 
-  [[nodiscard]] QString DeviceFor(int number) const override;
-  [[nodiscard]] QStringList PresentPorts() const override;
+  [[nodiscard]] std::string DeviceFor(int number) const override;
+  [[nodiscard]] std::vector<NumberedPort> PresentPorts() const override;
 
  private:
   [[nodiscard]] NumberedPorts Ports() const;

@@ -76,7 +76,7 @@ std::optional<std::string> QtSerialPort::Open(const PortSetup& setup) {
   if (!ApplySettings(port_, settings)) {
     return QString("\"%1\" is not a setting of a serial port").arg(settings).toStdString();
   }
-  const QString device = directory_.DeviceFor(setup.comm_port);
+  const QString device = QString::fromStdString(directory_.DeviceFor(setup.comm_port));
   if (device.isEmpty()) {
     return QString("There is no serial port %1 on this computer")
         .arg(setup.comm_port)

@@ -6,7 +6,7 @@
 
 #include "adapters/serial_line.h"
 #include "link/serial_port.h"
-#include "panel/port_directory.h"
+#include "session/port_directory.h"
 
 namespace kalde2 {
 

@@ -13,22 +13,23 @@ struct OwnSettings : QSettings {
   OwnSettings() : QSettings(UserScope, kOrganisation, kApplication) { setFallbacksEnabled(false); }
 };
 
-QString Path(const QString& section, const QString& key) {
-  return section + '/' + key;
+QString Path(const std::string& section, const std::string& key) {
+  return QString::fromStdString(section + '/' + key);
 }
 
 }  // namespace
 
-QString QtSettingsStore::GetSetting(const QString& section, const QString& key,
-                                    const QString& fallback) const {
+std::string QtSettingsStore::GetSetting(const std::string& section, const std::string& key,
+                                        const std::string& fallback) const {
   const OwnSettings settings;
-  return settings.value(Path(section, key), fallback).toString();
+  const QVariant value = settings.value(Path(section, key));
+  return value.isValid() ? value.toString().toStdString() : fallback;
 }
 
-void QtSettingsStore::SaveSetting(const QString& section, const QString& key,
-                                  const QString& value) {
+void QtSettingsStore::SaveSetting(const std::string& section, const std::string& key,
+                                  const std::string& value) {
   OwnSettings settings;
-  settings.setValue(Path(section, key), value);
+  settings.setValue(Path(section, key), QString::fromStdString(value));
   settings.sync();
 }
 

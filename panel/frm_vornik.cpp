@@ -17,9 +17,9 @@ namespace {
 
 constexpr std::array<const char*, 4> kBaudRates = {"9600", "38400", "57600", "115200"};
 
-const auto kSection = QStringLiteral("Tessaly");
-const auto kSerialParameters = QStringLiteral("Serial Parameters");
-const auto kSerialPort = QStringLiteral("Serial Port");
+constexpr const char* kSection = "Tessaly";
+constexpr const char* kSerialParameters = "Serial Parameters";
+constexpr const char* kSerialPort = "Serial Port";
 
 constexpr std::int32_t kOverscan = 100;
 constexpr std::int32_t kUnderscan = 90;
@@ -56,6 +56,7 @@ frm_vornik::frm_vornik(const Platform& platform)
 }
 
 frm_vornik::~frm_vornik() {
+  platform_.ports.SetListener({});
   Form_Terminate();
 }
 
@@ -101,17 +102,18 @@ void frm_vornik::paintEvent(QPaintEvent* event) {
 
 std::pair<QString, QString> frm_vornik::LoadSerialSettings() const {
   const SettingsStore& store = platform_.settings;
-  return {store.GetSetting(kSection, kSerialParameters, QStringLiteral("57600")),
-          store.GetSetting(kSection, kSerialPort, QStringLiteral("1"))};
+  const auto setting = [&store](const char* key, const char* fallback) {
+    return QString::fromStdString(store.GetSetting(kSection, key, fallback));
+  };
+  return {setting(kSerialParameters, "57600"), setting(kSerialPort, "1")};
 }
 
 void frm_vornik::SaveSerialSettings() {
   const int index = form_.cbo_baud->currentIndex();
   const bool chosen = index >= 0 && static_cast<std::size_t>(index) < kBaudRates.size();
-  const QString baud =
-      chosen ? QLatin1String(kBaudRates[static_cast<std::size_t>(index)]) : QString();
+  const char* const baud = chosen ? kBaudRates[static_cast<std::size_t>(index)] : "";
   platform_.settings.SaveSetting(kSection, kSerialParameters, baud);
-  platform_.settings.SaveSetting(kSection, kSerialPort, form_.txt_port->text());
+  platform_.settings.SaveSetting(kSection, kSerialPort, form_.txt_port->text().toStdString());
 }
 
 void frm_vornik::FillResolutionList() {
@@ -145,7 +147,7 @@ void frm_vornik::closeEvent(QCloseEvent* event) {
 void frm_vornik::ConnectConnection() {
   connect(form_.Cmd_openclose, &QPushButton::clicked, this, &frm_vornik::Cmd_openclose_Click);
   connect(form_.txt_port, &QLineEdit::textChanged, this, &frm_vornik::UpdatePortHint);
-  connect(&platform_.ports, &PortDirectory::Changed, this, &frm_vornik::UpdatePortHint);
+  platform_.ports.SetListener([this] { UpdatePortHint(); });
   form_.txt_port->installEventFilter(this);
   connect(form_.TmrProcessMessage, &QTimer::timeout, this, &frm_vornik::TmrProcessMessage_Timer);
   connect(form_.tmr_updatelstCommands, &QTimer::timeout, this,
@@ -229,20 +231,23 @@ void frm_vornik::txt_port_KeyPress(int& KeyAscii) {
 }
 
 void frm_vornik::UpdatePortHint() {
-  QString device;
+  const QString number = form_.txt_port->text();
+  std::string device;
   try {
-    device = platform_.ports.DeviceFor(
-        RoundToInt16(NumericValue(form_.txt_port->text().toLatin1().toStdString())));
+    device = platform_.ports.DeviceFor(RoundToInt16(NumericValue(number.toStdString())));
   } catch (const Fault&) {
     // A number beyond 16 bits stands for no port.
   }
-  const QString shown = device.isEmpty() ? QStringLiteral("no such port") : device;
+  const QString shown =
+      device.empty() ? QStringLiteral("no such port") : QString::fromStdString(device);
   form_.lbl_portdevice->setText(shown);
-  const QStringList present = platform_.ports.PresentPorts();
-  const QString list =
-      present.isEmpty() ? QStringLiteral("none") : present.join(QStringLiteral("\n"));
-  form_.txt_port->setToolTip(QStringLiteral("Port %1: %2\n\nPorts of this computer:\n%3")
-                                 .arg(form_.txt_port->text(), shown, list));
+  QString list;
+  for (const NumberedPort& port : platform_.ports.PresentPorts()) {
+    list += QStringLiteral("\n%1: %2").arg(port.number).arg(QString::fromStdString(port.device));
+  }
+  if (list.isEmpty()) list = QStringLiteral("\nnone");
+  form_.txt_port->setToolTip(
+      QStringLiteral("Port %1: %2\n\nPorts of this computer:%3").arg(number, shown, list));
 }
 
 void frm_vornik::UnaskedArrived() {

@@ -5,8 +5,8 @@
 #include "link/clock.h"
 #include "link/serial_port.h"
 #include "panel/dialogs.h"
-#include "panel/port_directory.h"
-#include "panel/settings_store.h"
+#include "session/port_directory.h"
+#include "session/settings_store.h"
 
 namespace kalde2 {
 

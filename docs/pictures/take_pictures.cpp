@@ -25,11 +25,11 @@ using namespace std::chrono_literals;
 /// The pictures must not depend on what the user has stored, nor change it.
 class DefaultSettings : public kalde2::SettingsStore {
  public:
-  [[nodiscard]] QString GetSetting(const QString&, const QString&,
-                                   const QString& fallback) const override {
+  [[nodiscard]] std::string GetSetting(const std::string&, const std::string&,
+                                       const std::string& fallback) const override {
     return fallback;
   }
-  void SaveSetting(const QString&, const QString&, const QString&) override {}
+  void SaveSetting(const std::string&, const std::string&, const std::string&) override {}
 };
 
 void Serve(std::chrono::milliseconds time) {

@@ -74,8 +74,10 @@ class QtSerialPortTest : public testing::Test, public PortListener {
   static inline const PortSetup kSetup{.settings = "57600,N,8,1"};
 
   struct : PortDirectory {
-    QString DeviceFor(int number) const override { return number == 1 ? device : QString(); }
-    QStringList PresentPorts() const override { return {}; }
+    std::string DeviceFor(int number) const override {
+      return number == 1 ? device.toStdString() : "";
+    }
+    std::vector<NumberedPort> PresentPorts() const override { return {}; }
 
     QString device;
   } directory_;

@@ -9,9 +9,9 @@ namespace {
 using Box = FakeBoxes::Box;
 using Texts = std::vector<std::string>;
 
-const auto kSection = QStringLiteral("Tessaly");
-const auto kBaud = QStringLiteral("Serial Parameters");
-const auto kPort = QStringLiteral("Serial Port");
+constexpr const char* kSection = "Tessaly";
+constexpr const char* kBaud = "Serial Parameters";
+constexpr const char* kPort = "Serial Port";
 
 class Connection : public PanelFixture {
  protected:

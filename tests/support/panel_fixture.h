@@ -40,21 +40,24 @@ class QtFakeClock : public FakeClock {
 /// A directory of one port.
 class FakePorts : public PortDirectory {
  public:
-  [[nodiscard]] QString DeviceFor(int /*number*/) const override { return "/dev/fake1"; }
-  [[nodiscard]] QStringList PresentPorts() const override { return {"1: /dev/fake1"}; }
+  [[nodiscard]] std::string DeviceFor(int /*number*/) const override { return "/dev/fake1"; }
+  [[nodiscard]] std::vector<NumberedPort> PresentPorts() const override {
+    return {{1, "/dev/fake1"}};
+  }
 };
 
 /// A store in memory; what is absent differs from what is empty.
 class FakeSettings : public SettingsStore {
  public:
-  std::map<std::pair<QString, QString>, QString> values;
+  std::map<std::pair<std::string, std::string>, std::string> values;
 
-  [[nodiscard]] QString GetSetting(const QString& section, const QString& key,
-                                   const QString& fallback) const override {
+  [[nodiscard]] std::string GetSetting(const std::string& section, const std::string& key,
+                                       const std::string& fallback) const override {
     const auto found = values.find({section, key});
     return found == values.end() ? fallback : found->second;
   }
-  void SaveSetting(const QString& section, const QString& key, const QString& value) override {
+  void SaveSetting(const std::string& section, const std::string& key,
+                   const std::string& value) override {
     values[{section, key}] = value;
   }
 };

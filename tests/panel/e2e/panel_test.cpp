@@ -106,7 +106,8 @@ TEST_F(EndToEnd, ASignalEndsWhateverRunsOrIsOpen) {
   const QString lock = "/var/lock/LCK..";
   for (const auto& moment : moments) {
     ASSERT_NO_FATAL_FAILURE(StartAndOpen());
-    const QString device = panel->ports.DeviceFor(1).mid(5).replace('/', '_');
+    const QString device =
+        QString::fromStdString(panel->ports.DeviceFor(1)).mid(5).replace('/', '_');
     EXPECT_TRUE(QFile::exists(lock + device));
     Form().txt_port->setText("9");
     const EndSignals signals_to_end;
