@@ -6,7 +6,7 @@
 #include "bench/figures.h"
 #include "bench/measurements.h"
 #include "bench/real_panel.h"
-#include "bench/unit_process.h"
+#include "tests/support/unit_process.h"
 
 namespace kalde2::bench {
 

@@ -11,8 +11,8 @@
 #include "bench/latency_probe.h"
 #include "bench/measurements.h"
 #include "bench/real_panel.h"
-#include "bench/unit_process.h"
 #include "link/frame_codec.h"
+#include "tests/support/unit_process.h"
 
 namespace kalde2::bench {
 namespace {

@@ -4,13 +4,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "adapters/port_numbers.h"
-#include "adapters/qt_clock.h"
-#include "adapters/qt_dialogs.h"
-#include "adapters/qt_serial_port.h"
-#include "adapters/qt_settings_store.h"
 #include "bench/counting_port.h"
 #include "panel/frm_vornik.h"
+#include "tests/support/real_adapters.h"
 
 namespace kalde2::bench {
 
@@ -49,14 +45,11 @@ class RealPanel {
   [[nodiscard]] CountingPort& Port() { return counted_; }
 
  private:
-  QtPortDirectory ports_;
-  QtSerialPort port_{ports_};
-  CountingPort counted_{port_};
-  QtClock clock_;
-  QtSettingsStore settings_;
+  RealAdapters real_;
+  CountingPort counted_{real_.port};
   NoBoxes boxes_;
-  QtFileDialogs dialogs_;
-  frm_vornik window_{{counted_, ports_, clock_, settings_, boxes_, dialogs_, [] {}}};
+  frm_vornik window_{
+      {counted_, real_.ports, real_.clock, real_.settings, boxes_, real_.dialogs, [] {}}};
 };
 
 }  // namespace kalde2::bench

@@ -8,20 +8,6 @@
 namespace kalde2 {
 namespace {
 
-/// Puts the selected source back at the end of a scope.
-class KeptSource {
- public:
-  explicit KeptSource(ValueStore& values)
-      : values_(values), code_(values.ParamValue(ValueStore::kCurrentSource)) {}
-  ~KeptSource() { values_.SetParamValue(ValueStore::kCurrentSource, code_); }
-  KeptSource(const KeptSource&) = delete;
-  KeptSource& operator=(const KeptSource&) = delete;
-
- private:
-  ValueStore& values_;
-  std::int32_t code_;
-};
-
 /// Source codes to ask for a parameter. A source index that has no code of its own gives 0.
 std::vector<std::int16_t> SourceCodes(const ParamRecord& record, const Connectivity& connectivity) {
   if (!record.PerSource) return {kFirstSourceCode};

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "files/skip_on_fault.h"
 #include "files/source_scope.h"
@@ -75,6 +76,7 @@ class SettingsParser {
     switch (section_) {
       case Section::kBeforeGeneral:
         if (line == kGeneralSection) section_ = Section::kGeneral;
+        if (std::exchange(names_device_, line == kDeviceSection)) NoteProductType(line);
         return;
       case Section::kGeneral:
         if (line == kSourceSection) {
@@ -96,7 +98,14 @@ class SettingsParser {
     }
   }
 
+  [[nodiscard]] std::optional<std::int32_t> ProductType() const { return product_type_; }
+
  private:
+  void NoteProductType(std::string_view line) {
+    // A line that is no number names no product, and is no fault.
+    SkipOnFault([&] { product_type_ = Fields(line).Next<std::int32_t>(); });
+  }
+
   template <typename Read>
   void TakeLine(std::string_view line, std::string_view form, Read read) {
     try {
@@ -113,6 +122,8 @@ class SettingsParser {
   ReplySink& sink_;
   Section section_ = Section::kBeforeGeneral;
   ReplyRecord record_;
+  std::optional<std::int32_t> product_type_;
+  bool names_device_ = false;  ///< the line before was the header of the device
   bool is_cut_ = false;
 };
 
@@ -157,10 +168,10 @@ void SaveSettings(const std::string& path, UnitModel& unit, std::int32_t product
   WriteSettings(file, unit, product_type);
 }
 
-void ReadSettings(std::istream& text, ReplySink& sink) {
+std::optional<std::int32_t> ReadSettings(std::istream& text, ReplySink& sink) {
   LineReader lines(text);
   std::string line;
-  if (!lines.Next(line) || line != kVersionLine) return;
+  if (!lines.Next(line) || line != kVersionLine) return std::nullopt;
   SettingsParser parser(sink);
   while (lines.Next(line)) {
     try {
@@ -169,13 +180,15 @@ void ReadSettings(std::istream& text, ReplySink& sink) {
       throw Fault("line " + std::to_string(lines.LineNumber()) + ": " + fault.what());
     }
   }
+  return parser.ProductType();
 }
 
-void LoadSettings(const std::string& path, ReplySink& sink) {
+std::optional<std::int32_t> LoadSettings(const std::string& path, ReplySink& sink) {
   std::ifstream file = OpenForReading(path);
   if (!file.is_open()) throw Fault("the file cannot be opened");
-  ReadSettings(file, sink);
+  const std::optional<std::int32_t> product_type = ReadSettings(file, sink);
   if (file.bad()) throw Fault("the file cannot be read to its end");
+  return product_type;
 }
 
 }  // namespace kalde2

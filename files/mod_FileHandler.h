@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -32,11 +33,12 @@ void SaveSettings(const std::string& path, UnitModel& unit, std::int32_t product
 
 /// Hands each line to the sink as if the unit had replied it, before the next is read. A text that
 /// does not begin with the line "[1.0]" is not read on. Line ends: see `LineReader`.
+/// @return the product type that the text names; nothing where it names none
 /// @throws Fault at a malformed line, telling its number and what was expected
-void ReadSettings(std::istream& text, ReplySink& sink);
+std::optional<std::int32_t> ReadSettings(std::istream& text, ReplySink& sink);
 
 /// The same from a file. What was handed over before a fault stays.
 /// @throws Fault also where the file cannot be opened or read to its end
-void LoadSettings(const std::string& path, ReplySink& sink);
+std::optional<std::int32_t> LoadSettings(const std::string& path, ReplySink& sink);
 
 }  // namespace kalde2

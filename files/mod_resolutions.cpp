@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -13,6 +12,7 @@
 #include "files/text_file.h"
 #include "link/fault.h"
 #include "link/numbers.h"
+#include "link/text_functions.h"
 
 namespace kalde2 {
 namespace {
@@ -234,7 +234,7 @@ std::string ResolutionTable::ResolutionName(std::int32_t number) const {
 }
 
 std::string ByteToBits(std::string_view hex) {
-  return std::bitset<8>(HexValue(LastCharacters(hex, 2))).to_string();
+  return HexToBinary(LastCharacters(hex, 2));
 }
 
 void DecodeFirstPacket(std::string_view packet, ResolutionRecord& record) {

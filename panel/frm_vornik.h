@@ -54,7 +54,7 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   /// The window object is going: shuts the port and ends the program, saving nothing.
   void Form_Terminate();
 
-  // Text functions of the window.
+  // Text functions of the window. Nothing here calls them: they are part of the product.
   [[nodiscard]] static std::string chagetoasc(std::int16_t& Value);
   [[nodiscard]] static std::string changetohex(std::string& strtochange);
   [[nodiscard]] static std::string changetoasc(std::string& strtochange);

@@ -7,6 +7,9 @@
 
 namespace kalde2 {
 
+// The unit's own table and its own reading of the file, with nothing of the panel's: what both took
+// from one place would be wrong in both alike, and no test would tell.
+
 /// One slot of the unit's resolution table.
 struct ResolutionSlot {
   std::string name;          ///< at most 24 characters go out on the line

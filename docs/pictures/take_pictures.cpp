@@ -72,8 +72,7 @@ int main(int argc, char* argv[]) {
   DefaultSettings settings;
   kalde2::QtMessageBoxes boxes;
   kalde2::QtFileDialogs dialogs;
-  kalde2::frm_vornik panel({port, ports, clock, settings, boxes, dialogs, [] {}});
-  kalde2::frm_vornik& window = panel.Window();
+  kalde2::frm_vornik window({port, ports, clock, settings, boxes, dialogs, [] {}});
   kalde2::VornikForm& form = window.Form();
   bool saved = true;
   const auto take = [&](QWidget& widget, const QString& name) {
@@ -84,7 +83,7 @@ int main(int argc, char* argv[]) {
   window.show();
   take(window, QStringLiteral("closed"));
 
-  QTimer::singleShot(1s, &window, [&] { take(panel.Progress(), QStringLiteral("progress")); });
+  QTimer::singleShot(1s, &window, [&] { take(window.Progress(), QStringLiteral("progress")); });
   form.Cmd_openclose->click();
   form.mnu_clone_read->trigger();
   Serve(1500ms);
@@ -101,5 +100,5 @@ int main(int argc, char* argv[]) {
   if (auto* const about = window.findChild<QDialog*>(QStringLiteral("frm_About"))) {
     take(*about, QStringLiteral("about"));
   }
-  return saved && panel.Connection().UnitConnected() ? EXIT_SUCCESS : EXIT_FAILURE;
+  return saved && window.UnitSession().UnitConnected() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
