@@ -155,7 +155,7 @@ void frm_vornik::ConnectConnection() {
 }
 
 void frm_vornik::Cmd_openclose_Click() {
-  if (!session_.PortOpen()) {
+  if (!session_.IsOpen()) {
     queue_.DoInBulk("Cmd_openclose", [this] { OpenPort(); });
   } else {
     ClosePort();
@@ -174,7 +174,7 @@ void frm_vornik::ClosePort() {
 
 /// While the port is open, Esc closes it.
 void frm_vornik::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && session_.PortOpen()) {
+  if (event->key() == Qt::Key_Escape && session_.IsOpen()) {
     form_.Cmd_openclose->click();
   } else {
     QMainWindow::keyPressEvent(event);

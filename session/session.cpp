@@ -29,13 +29,14 @@ OpenResult Session::Open(std::string_view baud, std::string_view port) {
   // detection leaves it so, which is intended.
   link_.SetDetectionInProgress(true);
   if (const auto error = OpenPort(baud, port)) return {Ending::kPortFailed, *error};
+  is_open_ = true;
   events_.PortOpened();
   const Answer answer = link_.Exchange({.is_read = true, .address = address::kProductType});
   if (answer.outcome == Outcome::kClosed) return {Ending::kClosedMeanwhile, {}};
   const bool answered = answer.record.Valid;
   const Product* const product = answered ? FindSupportedProduct(answer.record.Value) : nullptr;
   if (product == nullptr) {
-    port_.Close();
+    Shut();
     return {answered ? Ending::kNotSupported : Ending::kNoAnswer, {}};
   }
   unit_connected_ = true;
@@ -69,9 +70,14 @@ TransferReport Session::LoadTables(Progress& progress) {
 }
 
 void Session::Close() {
-  port_.Close();
-  unit_connected_ = false;
+  Shut();
   queue_.Abandon();
+}
+
+void Session::Shut() {
+  port_.Close();
+  is_open_ = false;
+  unit_connected_ = false;
 }
 
 void Session::MSComm1_OnComm() {

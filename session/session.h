@@ -87,7 +87,8 @@ class Session : public PortListener {
   /// The product type of the last successful detection.
   [[nodiscard]] std::int32_t ProductType() const { return product_type_; }
 
-  [[nodiscard]] bool PortOpen() const { return link_.PortOpen(); }
+  /// True from the opening of the port until it is closed here or its loss has been told.
+  [[nodiscard]] bool IsOpen() const { return is_open_; }
 
   /// Decodes the next of the frames that have arrived unasked. @return true when none is left
   bool ProcessUnasked() { return link_.ProcessUnasked(); }
@@ -100,12 +101,14 @@ class Session : public PortListener {
 
  private:
   [[nodiscard]] std::optional<std::string> OpenPort(std::string_view baud, std::string_view port);
+  void Shut();
 
   SerialPort& port_;
   OperatorQueue& queue_;
   SessionEvents& events_;
   UnitModel unit_;
   CommandLink link_;
+  bool is_open_ = false;
   bool unit_connected_ = false;
   std::int32_t product_type_ = 0;
 };
