@@ -56,6 +56,7 @@ TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
   QProcess program;
   auto environment = QProcessEnvironment::systemEnvironment();
   environment.insert("XDG_CONFIG_HOME", NoFolder());
+  environment.insert("LC_ALL", "C.UTF-8");  // Qt complains of others
   program.setProcessEnvironment(environment);
   program.setProcessChannelMode(QProcess::MergedChannels);
   program.start(KALDE2_PANEL, QStringList());
@@ -132,11 +133,18 @@ TEST_F(EndToEnd, WhatOneSideChangesReachesTheOther) {
 
 TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
   ASSERT_NO_FATAL_FAILURE(StartAndOpen());
-  unit->Command("set 315 77");
+  const auto set_and_shown = [this](int value) {
+    const auto text = QString::number(value);
+    unit->Command("set 315 " + text.toLatin1());
+    return Becomes([this, line = "Back Y : " + text] {
+      return !Form().lst_commands->findItems(line, Qt::MatchExactly).isEmpty();
+    });
+  };
+  ASSERT_TRUE(set_and_shown(77));
   Choose("mnu_clone_read");
   file_name = QDir::current().filePath("first");
   Choose("mnu_file_save");
-  unit->Command("set 315 20");
+  ASSERT_TRUE(set_and_shown(20));
   file_name += ".txt";
   Choose("mnu_file_load");
   EXPECT_EQ(Boxes(), QStringList({"plain, KALDE2 Control Panel: Settings saved to file",
