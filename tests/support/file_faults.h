@@ -34,8 +34,8 @@ class FullDisk {
   rlimit before_{};
 };
 
-/// Makes a folder one that this process may look into but not write to, nor to the files in it, while
-/// the scope lasts. The rights of root, whom nothing stops, are given up meanwhile.
+/// Makes a folder one that this process may look into but not write to, nor to the files in it,
+/// while the scope lasts. The rights of root, whom nothing stops, are given up meanwhile.
 class UnwritableFolder {
  public:
   explicit UnwritableFolder(std::string folder) : folder_(std::move(folder)) {
