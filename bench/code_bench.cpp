@@ -18,13 +18,14 @@ constexpr std::int32_t kProductType = 35;  // the one with the most parameters
 constexpr ParameterRequest kWriteZoom{false, 16, 500, 134};
 
 void BuildFrame(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(HexToWire(BuildRequest(kWriteZoom)));
+  for ([[maybe_unused]] auto _ : state)
+    benchmark::DoNotOptimize(HexToWire(BuildRequest(kWriteZoom)));
 }
 BENCHMARK(BuildFrame);
 
 void DecodeFrame(benchmark::State& state) {
   ReplyRecord record;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     DecodeReply("F441041010A000002A2\r", record);
     benchmark::DoNotOptimize(record);
   }
@@ -35,7 +36,7 @@ BENCHMARK(DecodeFrame);
 void RingOfFrames(benchmark::State& state) {
   constexpr int kFrames = 18;
   ReceiveRing ring;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (int i = 0; i < kFrames; ++i) ring.Store("F441041010A000002A2\r");
     for (int i = 0; i < kFrames; ++i) benchmark::DoNotOptimize(ring.NextFrame());
   }
@@ -45,7 +46,7 @@ BENCHMARK(RingOfFrames);
 
 void LoadCatalogue(benchmark::State& state) {
   ParamCatalogue catalogue;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     AddProductEntries(catalogue, kProductType);
     benchmark::DoNotOptimize(catalogue);
   }
@@ -56,7 +57,7 @@ BENCHMARK(LoadCatalogue);
 void UnitAnswer(benchmark::State& state) {
   SimulatedUnit unit({});
   const std::string request = HexToWire(BuildRequest(kWriteZoom));
-  for (auto _ : state) benchmark::DoNotOptimize(unit.Receive(request));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(unit.Receive(request));
 }
 BENCHMARK(UnitAnswer);
 
@@ -72,7 +73,7 @@ ResolutionTable FullTable() {
 
 void WriteResolutionFile(benchmark::State& state) {
   const ResolutionTable table = FullTable();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     std::ostringstream file;
     WriteResolutions(file, table);
     benchmark::DoNotOptimize(file);
@@ -84,7 +85,7 @@ void ReadResolutionFile(benchmark::State& state) {
   std::ostringstream written;
   WriteResolutions(written, FullTable());
   ResolutionTable table;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     std::istringstream file(written.str());
     benchmark::DoNotOptimize(ReadResolutions(file, table));
   }

@@ -1,6 +1,6 @@
-// The least that a Qt program with a window is: what the panel's start, memory and idling are
-// measured against. With "text" it has one line of text in it, which is what makes a program load
-// the fonts.
+// The least that a Qt program with a window is: what the panel's idling is measured against. With
+// a text it has that in it, which is what makes a program load the fonts: what start and memory are
+// measured against.
 
 #include <QApplication>
 #include <QLabel>

@@ -4,7 +4,9 @@
 //
 //   first_paint PROGRAM [ARGUMENTS]
 
+#include <fcntl.h>
 #include <spawn.h>
+#include <unistd.h>
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
 
@@ -67,9 +69,17 @@ int main(int argc, char* argv[]) {
   if (xcb_connection_has_error(x.get()) != 0) return EXIT_FAILURE;
   const std::uint8_t damage_notify = WatchWindows(x.get());
 
+  // What it has to say is not what this prints.
+  posix_spawn_file_actions_t silence;
+  posix_spawn_file_actions_init(&silence);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    posix_spawn_file_actions_addopen(&silence, stream, "/dev/null", O_WRONLY, 0);
+  }
+
   const auto start = Clock::now();
   pid_t program = 0;
-  if (posix_spawn(&program, argv[1], nullptr, nullptr, argv + 1, environ) != 0) return EXIT_FAILURE;
+  const int problem = posix_spawn(&program, argv[1], &silence, nullptr, argv + 1, environ);
+  if (problem != 0) return EXIT_FAILURE;
   if (!AwaitPaint(x.get(), damage_notify)) return EXIT_FAILURE;
   const std::chrono::duration<double, std::milli> time = Clock::now() - start;
   std::printf("%.2f %d\n", time.count(), static_cast<int>(program));

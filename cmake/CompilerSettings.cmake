@@ -15,9 +15,23 @@ if(KALDE2_SANITIZE)
   add_compile_options(-fsanitize=${KALDE2_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KALDE2_SANITIZE})
 endif()
-# What Debian builds its own programs with: checked buffer calls, and no late binding to overwrite.
+# All that Debian hardens its own programs with (dpkg-buildflags, hardening=+all), as far as this
+# compiler and processor have it. packaging/check-hardening holds the two lists together.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT KALDE2_SANITIZE)
-  target_compile_definitions(kalde2_settings INTERFACE
-    $<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>)
-  target_link_options(kalde2_settings INTERFACE $<$<CONFIG:Release,RelWithDebInfo>:-Wl,-z,now>)
+  include(CheckCXXCompilerFlag)
+  set(hardening -fstack-protector-strong -Wformat -Werror=format-security)
+  foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
+    string(MAKE_C_IDENTIFIER "KALDE2_HAS${flag}" has_flag)
+    check_cxx_compiler_flag(${flag} ${has_flag})
+    if(${has_flag})
+      list(APPEND hardening ${flag})
+    endif()
+  endforeach()
+  set(optimised $<CONFIG:Release,RelWithDebInfo>)  # _FORTIFY_SOURCE needs it
+  target_compile_options(kalde2_settings INTERFACE "$<${optimised}:${hardening}>")
+  target_compile_definitions(kalde2_settings INTERFACE $<${optimised}:_FORTIFY_SOURCE=2>)
+  target_link_options(kalde2_settings INTERFACE "$<${optimised}:-Wl,-z,relro;-Wl,-z,now>")
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  include(CheckPIESupported)
+  check_pie_supported()
 endif()

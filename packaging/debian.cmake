@@ -1,4 +1,4 @@
-# `cpack -G DEB` in the build folder makes the package.
+# The package, which packaging/make-deb makes.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ${PROJECT_NAME})
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -13,7 +13,8 @@ With it comes kalde2-unit, a simulated unit for training.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 
-install(FILES debian/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+configure_file(debian/lintian-overrides.in debian/lintian-overrides @ONLY)
+install(FILES ${built}/debian/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
         RENAME ${PROJECT_NAME})
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -1,7 +1,6 @@
 # Desktop entry, AppStream metainfo, icons, man pages and the documents for users.
-set(KALDE2_DOC_FOLDER ${CMAKE_INSTALL_FULL_DOCDIR})
-
-foreach(name kalde2.desktop kalde2.metainfo.xml man/kalde2.1 man/kalde2-unit.1 debian/changelog)
+foreach(name kalde2.desktop kalde2.metainfo.xml man/kalde2.1 man/kalde2-unit.1
+        debian/changelog debian/copyright)
   configure_file(${name}.in ${name} @ONLY)
 endforeach()
 
@@ -26,7 +25,7 @@ install(FILES ${built}/man/kalde2.1.gz ${built}/man/kalde2-unit.1.gz
 # The guide, what it links to, and its pictures.
 set(docs ${PROJECT_SOURCE_DIR}/docs)
 install(FILES ${docs}/guide.md ${docs}/clone-and-files.md ${docs}/protocol.md
-        ${built}/debian/changelog.gz debian/copyright
+        ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${built}/debian/changelog.gz ${built}/debian/copyright
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${docs}/pictures/closed.png ${docs}/pictures/compact.png ${docs}/pictures/aspect.png
         ${docs}/pictures/progress.png

@@ -184,7 +184,7 @@ void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, co
 
 /// A frame each 20 ms, whatever else is on the line.
 void FaultMatrix::Flood() {
-  constexpr milliseconds kPeriod{20};
+  static constexpr milliseconds kPeriod{20};
   flooding_ = true;
   const auto next = [this](const auto& again) -> void {
     if (!flooding_ || !port.open) return;

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -33,11 +34,15 @@ class FullDisk {
   rlimit before_{};
 };
 
-/// Makes a folder one that this process may look into but not write to, while the scope lasts. The
-/// rights of root, whom nothing stops, are given up meanwhile.
+/// Makes a folder one that this process may look into but not write to, nor to the files in it,
+/// while the scope lasts. The rights of root, whom nothing stops, are given up meanwhile.
 class UnwritableFolder {
  public:
   explicit UnwritableFolder(std::string folder) : folder_(std::move(folder)) {
+    using std::filesystem::perms;
+    for (const auto& file : std::filesystem::directory_iterator(folder_)) {
+      permissions(file.path(), perms::owner_write, std::filesystem::perm_options::remove);
+    }
     chmod(folder_.c_str(), 0555);
     constexpr uid_t kNobody = 65534;
     if (is_root_ && seteuid(kNobody) != 0) throw std::runtime_error("cannot stop being root");

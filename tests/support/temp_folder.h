@@ -14,11 +14,9 @@ namespace kalde2 {
 class TempFolder {
  public:
   TempFolder() : before_(std::filesystem::current_path()) {
-    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::path(::testing::TempDir()) /
-              (std::string("kalde2_") + test->test_suite_name() + "_" + test->name());
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
+    std::string folder = std::filesystem::temp_directory_path() / "kalde2_XXXXXX";
+    if (mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no folder for the test");
+    folder_ = folder;
     std::filesystem::current_path(folder_);
   }
   ~TempFolder() {
