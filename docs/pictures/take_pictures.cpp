@@ -7,9 +7,12 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
+#include <QImage>
 #include <QStyleFactory>
 #include <QTimer>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 
 #include "adapters/port_numbers.h"
@@ -55,16 +58,68 @@ QPalette DarkPalette() {
   return palette;
 }
 
+/// Whether two pictures show the same. A few points may differ: the number of a device does.
+bool ShowTheSame(const QImage& one, const QImage& other) {
+  constexpr int kHardlySeen = 24;  // of 255
+  constexpr double kFew = 0.003;   // of all points
+  if (one.size() != other.size()) return false;
+  const auto differ = [](QRgb left, QRgb right) {
+    const auto far = [](int a, int b) { return std::abs(a - b) > kHardlySeen; };
+    return far(qRed(left), qRed(right)) || far(qGreen(left), qGreen(right)) ||
+           far(qBlue(left), qBlue(right));
+  };
+  int differing = 0;
+  for (int y = 0; y < one.height(); ++y) {
+    for (int x = 0; x < one.width(); ++x) {
+      if (differ(one.pixel(x, y), other.pixel(x, y))) ++differing;
+    }
+  }
+  return differing <= kFew * one.width() * one.height();
+}
+
+/// The pictures of a folder, which are taken or compared with what is drawn now.
+class Album {
+ public:
+  static constexpr int kDrawnByAnotherQt = 77;
+
+  Album(const QDir& folder, bool compares) : folder_(folder), compares_(compares) {}
+
+  /// Other versions of Qt draw otherwise: what they drew is not to be compared.
+  [[nodiscard]] bool IsOfThisQt() {
+    QFile note(folder_.filePath(QStringLiteral("drawn-with")));
+    const QByteArray version = QByteArray("Qt ") + qVersion() + '\n';
+    if (compares_) return note.open(QIODevice::ReadOnly) && note.readAll() == version;
+    return note.open(QIODevice::WriteOnly) && note.write(version) == version.size();
+  }
+
+  /// @return whether it could be saved, or shows the same
+  [[nodiscard]] bool Take(QWidget& widget, const QString& name) {
+    const QImage picture = widget.grab().toImage();
+    const QString path = folder_.filePath(name + QStringLiteral(".png"));
+    if (!compares_) return picture.save(path);
+    const bool same = ShowTheSame(picture.convertToFormat(QImage::Format_RGB32),
+                                  QImage(path).convertToFormat(QImage::Format_RGB32));
+    if (!same) std::fprintf(stderr, "%s.png shows something else\n", qPrintable(name));
+    return same;
+  }
+
+ private:
+  QDir folder_;
+  bool compares_;
+};
+
 }  // namespace
 
+/// take_pictures FOLDER SUFFIX [dark] [--compare]
 int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   const QStringList arguments = QApplication::arguments();
   if (arguments.size() < 3) return EXIT_FAILURE;
-  const QDir folder(arguments[1]);
   const QString suffix = arguments[2];
-  if (arguments.value(3) == QLatin1String("dark")) QApplication::setPalette(DarkPalette());
+  if (arguments.contains(QLatin1String("dark"))) QApplication::setPalette(DarkPalette());
+  Album album(QDir(arguments[1]), arguments.contains(QLatin1String("--compare")));
+  if (!album.IsOfThisQt()) return Album::kDrawnByAnotherQt;
 
   kalde2::QtPortDirectory ports;
   kalde2::QtSerialPort port(ports);
@@ -74,10 +129,10 @@ int main(int argc, char* argv[]) {
   kalde2::QtFileDialogs dialogs;
   kalde2::frm_vornik window({port, ports, clock, settings, boxes, dialogs, [] {}});
   kalde2::VornikForm& form = window.Form();
-  bool saved = true;
+  bool done = true;
   const auto take = [&](QWidget& widget, const QString& name) {
     Serve(100ms);
-    saved = widget.grab().save(folder.filePath(name + suffix + QStringLiteral(".png"))) && saved;
+    done = album.Take(widget, name + suffix) && done;
   };
 
   window.show();
@@ -100,5 +155,5 @@ int main(int argc, char* argv[]) {
   if (auto* const about = window.findChild<QDialog*>(QStringLiteral("frm_About"))) {
     take(*about, QStringLiteral("about"));
   }
-  return saved && window.UnitSession().UnitConnected() ? EXIT_SUCCESS : EXIT_FAILURE;
+  return done && window.UnitSession().UnitConnected() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
