@@ -526,8 +526,8 @@ QSize ArrowControl::LabelsSize() const {
   int value_width = 0;
   for (const Axis* axis : {&x_, &y_}) {
     for (const int value : {axis->min, axis->max, axis->value}) {
-      value_width = std::max(value_width,
-                             metrics.horizontalAdvance(axis->prefix + QString::number(value)));
+      value_width =
+          std::max(value_width, metrics.horizontalAdvance(axis->prefix + QString::number(value)));
     }
   }
   const int width = std::max(title_metrics.horizontalAdvance(Title()), 2 * value_width);

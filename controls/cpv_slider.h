@@ -81,7 +81,8 @@ class cpvSlider : public QSlider {
   [[nodiscard]] bool ShowValue() const { return show_value_; }
   void setShowValue(bool show);
 
-  /// Whether a tip with the value follows the handle, above it, while it is dragged; initially false.
+  /// Whether a tip with the value follows the handle, above it, while it is dragged; initially
+  /// false.
   [[nodiscard]] bool ShowValueTip() const { return show_value_tip_; }
   void setShowValueTip(bool show) { show_value_tip_ = show; }
 

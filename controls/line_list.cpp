@@ -19,8 +19,7 @@ class LineDelegate : public QStyledItemDelegate {
 
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& index) const override {
-    return {QStyledItemDelegate::sizeHint(option, index).width(),
-            list_->fontMetrics().height()};
+    return {QStyledItemDelegate::sizeHint(option, index).width(), list_->fontMetrics().height()};
   }
 
  protected:
@@ -30,8 +29,7 @@ class LineDelegate : public QStyledItemDelegate {
     const bool selected = (option->state & QStyle::State_Selected) != 0;
     if (!selected || list_->hasFocus()) return;
     const QColor base = list_->palette().color(QPalette::Base);
-    const QColor pale =
-        Blend(base, list_->palette().color(QPalette::Highlight), kPaleSelection);
+    const QColor pale = Blend(base, list_->palette().color(QPalette::Highlight), kPaleSelection);
     option->palette.setColor(QPalette::Highlight, pale);
     option->palette.setColor(QPalette::HighlightedText, option->palette.color(QPalette::Text));
   }

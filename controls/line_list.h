@@ -26,8 +26,8 @@ class LineListItem : public QWidgetItem {
   explicit LineListItem(LineList* list) : QWidgetItem(list), list_(list) {}
 
   void setGeometry(const QRect& room) override {
-    QWidgetItem::setGeometry({room.topLeft(), QSize(room.width(),
-                                                    list_->HeightOfWholeLines(room.height()))});
+    QWidgetItem::setGeometry(
+        {room.topLeft(), QSize(room.width(), list_->HeightOfWholeLines(room.height()))});
   }
 
  private:

@@ -13,14 +13,20 @@ namespace {
 constexpr float kFrameShare = 0.5F;
 
 bool IsDark(const QPalette& colors) {
-  return colors.color(QPalette::Window).lightness() < colors.color(QPalette::WindowText).lightness();
+  return colors.color(QPalette::Window).lightness() <
+         colors.color(QPalette::WindowText).lightness();
 }
 
 class ControlStyle : public QProxyStyle {
  public:
   ControlStyle() : QProxyStyle(QApplication::style()->name()) {
     // This one mixes the frames of marks from the background alone: in the dark nobody sees them.
-    draws_frames_ = baseStyle()->name() == QLatin1String("fusion");
+    // Desktops' settings may stand before it.
+    const QStyle* innermost = baseStyle();
+    while (const auto* const proxy = qobject_cast<const QProxyStyle*>(innermost)) {
+      innermost = proxy->baseStyle();
+    }
+    draws_frames_ = innermost->name() == QLatin1String("fusion");
   }
 
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -43,7 +43,8 @@ class ClippingArea : public QScrollArea {
     Arrange();
   }
 
-  /// As wide as the content needs; how much less is enough and the height are the window's business.
+  /// As wide as the content needs; how much less is enough and the height are the window's
+  /// business.
   [[nodiscard]] QSize minimumSizeHint() const override { return {0, 0}; }
   [[nodiscard]] QSize sizeHint() const override {
     return {content_->sizeHint().width(), view_height_};

@@ -94,7 +94,6 @@ VornikForm::VornikForm(QMainWindow& window) : window_(window) {
   LayOutControls();
 
   window_.setCentralWidget(area_);
-  area_->SetContentHeight(Scaled(kAdvancedHeight) - window_.menuBar()->sizeHint().height());
   SetTabOrder();
   CollectReplyControls();
   SetAdvancedHeight(false);
@@ -261,7 +260,8 @@ void VornikForm::CreateCommands() {
       CreateCombo("cbo_command", 0, "Value of the selected command", "Choose a value to send it");
   txt_commandval = Named(new QLineEdit(fra_control), "txt_commandval");
   txt_commandval->setAlignment(Qt::AlignRight);
-  constexpr int kFewestCharacters = 15;  // it is as wide as the list, but need not be on a small screen
+  constexpr int kFewestCharacters =
+      15;  // it is as wide as the list, but need not be on a small screen
   cbo_command->setMinimumContentsLength(kFewestCharacters);
   Describe(txt_commandval, QStringLiteral("Value of the selected command"),
            QStringLiteral("Type a value and press Enter"));
@@ -466,8 +466,8 @@ QGridLayout* VornikForm::LayOutKeyer() {
   constexpr std::array<const char*, 3> kLimits = {"Min", "Max", "Softness"};
   constexpr std::array<const char*, 3> kComponents = {"Y", "U", "V"};
   constexpr SliderId kGridSliders[3][3] = {{"slide_ymin", "slide_ymax", "slide_softy"},
-                                              {"slide_umin", "slide_umax", "slide_softu"},
-                                              {"slide_vmin", "slide_vmax", "slide_softv"}};
+                                           {"slide_umin", "slide_umax", "slide_softu"},
+                                           {"slide_vmin", "slide_vmax", "slide_softv"}};
   constexpr std::array<const char*, 3> kLimitLabels = {"lbl_keymin", "lbl_keymax", "lbl_keysoft"};
   constexpr std::array<const char*, 3> kComponentLabels = {"lbl_keyy", "lbl_keyu", "lbl_keyv"};
   for (int i = 0; i < 3; ++i) {
@@ -509,8 +509,8 @@ void VornikForm::LayOutCommands() {
   constexpr int kLineCharacters = 36;  // "Swap Fore / Background : Off" and the like
   const int lines = lst_commands->fontMetrics().averageCharWidth() * kLineCharacters;
   QBoxLayout* const editor = LayOutEditor();
-  const int widest_editor = lbl_command->sizeHint().width() + editor->spacing() +
-                            cbo_command->minimumSizeHint().width();
+  const int widest_editor =
+      lbl_command->sizeHint().width() + editor->spacing() + cbo_command->minimumSizeHint().width();
   lst_commands->setMinimumWidth(std::max(lines, widest_editor));
   commands_ = new QVBoxLayout;
   commands_->setSpacing(Scaled(kRowGap));
@@ -628,8 +628,8 @@ void VornikForm::SetPanelEnabled(bool enabled) {
 void VornikForm::SetFeatureControlsEnabled(bool enabled) {
   mnu_function_advanced->setEnabled(enabled);
   for (QWidget* const widget : std::initializer_list<QWidget*>{
-           lbl_keyerenable, Check("chk_keyenable"), cmd_black, lbl_locksource, cbo_lock, lbl_lockmode,
-           opt_lock[0], opt_lock[1], opt_lock[2], cmd_fade}) {
+           lbl_keyerenable, Check("chk_keyenable"), cmd_black, lbl_locksource, cbo_lock,
+           lbl_lockmode, opt_lock[0], opt_lock[1], opt_lock[2], cmd_fade}) {
     widget->setEnabled(enabled);
   }
   if (!enabled) return;
@@ -662,11 +662,19 @@ QSize VornikForm::RoomOnScreen() const {
 
 void VornikForm::FitToScreen() {
   const QSize room = RoomOnScreen();
-  const int least_width = area_->Content()->minimumSizeHint().width();
+  const QSize least = area_->Content()->minimumSizeHint();
+  const int menu = window_.menuBar()->sizeHint().height();
+  const int content = Scaled(kAdvancedHeight) - menu;
+  // A desktop's style may have controls that are too high for the views: these scroll as well.
+  const int beyond = std::max(0, least.height() - content);
   int height = Scaled(advanced_ ? kAdvancedHeight : kCompactHeight);
-  area_->SetView(height - window_.menuBar()->sizeHint().height(), height > room.height());
-  if (least_width > room.width()) height += area_->horizontalScrollBar()->sizeHint().height();
-  area_->setMinimumWidth(std::min(least_width, room.width()));
+  const bool scrolls = beyond > 0 || height > room.height();
+  area_->SetContentHeight(content + beyond);
+  area_->SetView(height - menu + beyond, scrolls);
+  const int bar = scrolls ? area_->verticalScrollBar()->sizeHint().width() : 0;
+  const int width = least.width() + bar;
+  if (width > room.width()) height += area_->horizontalScrollBar()->sizeHint().height();
+  area_->setMinimumWidth(std::min(width, room.width()));
   window_.setFixedHeight(std::min(height, room.height()));
   if (window_.width() > room.width()) window_.resize(room.width(), window_.height());
 }

@@ -57,8 +57,8 @@ TEST(LooksTest, MarksAreSeenInTheDarkAndOneStyleServesAll) {
   QCheckBox box;
   QRadioButton option;
   DropDownList list(nullptr);
-  for (QAbstractButton* const mark : {static_cast<QAbstractButton*>(&box),
-                                      static_cast<QAbstractButton*>(&option)}) {
+  for (QAbstractButton* const mark :
+       {static_cast<QAbstractButton*>(&box), static_cast<QAbstractButton*>(&option)}) {
     mark->setStyle(SharedStyle());
     mark->setPalette(Dark());
     mark->setFocusPolicy(Qt::NoFocus);
