@@ -96,13 +96,14 @@ VornikForm::VornikForm(QMainWindow& window) : window_(window) {
   window_.setCentralWidget(area_);
   SetTabOrder();
   CollectReplyControls();
-  SetAdvancedHeight(false);
-  window_.resize(std::min(Scaled(kInitialWidth), RoomOnScreen().width()), window_.height());
   SetAspectVisible(false);
   for (QWidget* const widget : std::initializer_list<QWidget*>{
            Pad("arr_shrinkposn"), Check("chk_shrinkenable"), lbl_shrink, Slider("slide_shrink")}) {
     widget->hide();
   }
+  // Last, for it asks the layouts, and each later change would make them reckon once more.
+  SetAdvancedHeight(false);
+  window_.resize(std::min(Scaled(kInitialWidth), RoomOnScreen().width()), window_.height());
 }
 
 int VornikForm::Scaled(int pixels) const {
