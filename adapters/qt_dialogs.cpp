@@ -3,8 +3,10 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QMessageBox>
 
+#include "controls/title_width.h"
 #include "panel/app_info.h"
 
 namespace kalde2 {
@@ -30,6 +32,14 @@ QMessageBox::Icon IconFor(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+/// A box is as wide as its text; the title, with its icon and buttons, is to be read, too.
+void WidenForTitle(QMessageBox& box) {
+  auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid == nullptr) return;
+  grid->addItem(new QSpacerItem(WidthForTitle(box), 0), grid->rowCount(), 0, 1,
+                grid->columnCount());
+}
+
 /// @return the button pressed; Esc stands for the last of `buttons`
 int RunBox(QWidget* parent, std::string_view prompt, QMessageBox::Icon icon, std::string_view title,
            QMessageBox::StandardButtons buttons) {
@@ -40,6 +50,7 @@ int RunBox(QWidget* parent, std::string_view prompt, QMessageBox::Icon icon, std
   box.setText(FromUtf8(prompt));
   box.setStandardButtons(buttons);
   box.setDefaultButton(QMessageBox::Ok);
+  WidenForTitle(box);
   return box.exec();
 }
 

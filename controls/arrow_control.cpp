@@ -2,10 +2,12 @@
 
 #include <QAccessibleWidget>
 #include <QEvent>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QToolTip>
 #include <algorithm>
 #include <limits>
 
@@ -72,6 +74,9 @@ constexpr QLatin1String kFontKey("Font");
 constexpr int kMargin = 3;  // room for the border and the focus ring
 constexpr int kGap = 1;     // between the arrows and the labels
 constexpr int kTextPadding = 4;
+/// An arrow is as thick as a finger or a shaky mouse needs: 20 pixels with a font of 12.
+constexpr int kArrowThickness = 20;
+constexpr int kArrowFont = 12;
 /// A pad larger than its hint gives this part of its width and height to each arrow.
 constexpr int kArrowPart = 6;
 constexpr float kBorderShare = 0.38F;
@@ -408,6 +413,13 @@ void ArrowControl::keyReleaseEvent(QKeyEvent* event) {
   }
 }
 
+/// The tip stands below the pad: at the pointer it would hide the values that are being changed.
+bool ArrowControl::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || toolTip().isEmpty()) return QWidget::event(event);
+  QToolTip::showText(mapToGlobal(QPoint(0, height() - kMargin)), toolTip(), this, rect());
+  return true;
+}
+
 void ArrowControl::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   switch (event->type()) {
@@ -504,31 +516,34 @@ void ArrowControl::paintEvent(QPaintEvent* /*event*/) {
   if (hasFocus()) PaintFocusRing(painter, rect(), palette());
 }
 
-QSize ArrowControl::ArrowThickness() const {
-  const QFontMetrics metrics(font());
-  return {metrics.height() + 2, metrics.ascent() + 2};
+int ArrowControl::ArrowThickness() const {
+  return std::max(kArrowThickness, QFontInfo(font()).pixelSize() * kArrowThickness / kArrowFont);
 }
 
 QSize ArrowControl::LabelsSize() const {
   const QFontMetrics title_metrics(lbl_arrowtitle_->font());
   const QFontMetrics metrics(font());
-  int width = title_metrics.horizontalAdvance(Title());
+  int value_width = 0;
   for (const Axis* axis : {&x_, &y_}) {
     for (const int value : {axis->min, axis->max, axis->value}) {
-      width = std::max(width, metrics.horizontalAdvance(axis->prefix + QString::number(value)));
+      value_width =
+          std::max(value_width, metrics.horizontalAdvance(axis->prefix + QString::number(value)));
     }
   }
-  return {width + 2 * kTextPadding, title_metrics.height() + 2 * metrics.height()};
+  const int width = std::max(title_metrics.horizontalAdvance(Title()), 2 * value_width);
+  return {width + 2 * kTextPadding, title_metrics.height() + metrics.height()};
 }
 
 QSize ArrowControl::sizeHint() const {
   constexpr int kFrame = 2 * (kMargin + kGap);
-  return LabelsSize() + 2 * ArrowThickness() + QSize(kFrame, kFrame);
+  const int around = kFrame + 2 * ArrowThickness();
+  return LabelsSize() + QSize(around, around);
 }
 
 void ArrowControl::LayOutParts() {
   const QRect area = rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
-  const QSize thickness = ArrowThickness().expandedTo(area.size() / kArrowPart);
+  const QSize least(ArrowThickness(), ArrowThickness());
+  const QSize thickness = least.expandedTo(area.size() / kArrowPart);
   const QRect middle = area.adjusted(thickness.width() + kGap, thickness.height() + kGap,
                                      -thickness.width() - kGap, -thickness.height() - kGap);
   PictureOf(Arrow::kLeft)
@@ -541,17 +556,22 @@ void ArrowControl::LayOutParts() {
   LayOutLabels(middle);
 }
 
+/// The title and the values stand one below the other, or the values side by side where the height
+/// is not enough for three lines.
 void ArrowControl::LayOutLabels(const QRect& area) {
-  int height = 0;
-  for (const QLabel* label : {lbl_arrowtitle_, x_.label, y_.label}) {
-    if (!label->isHidden()) height += QFontMetrics(label->font()).height();
-  }
-  int top = area.top() + (area.height() - height) / 2;
-  for (QLabel* label : {lbl_arrowtitle_, x_.label, y_.label}) {
+  const int title = QFontMetrics(lbl_arrowtitle_->font()).height();
+  const int line = QFontMetrics(font()).height();
+  const bool both = !x_.label->isHidden() && !y_.label->isHidden();
+  const bool side_by_side = both && area.height() < title + 2 * line;
+  const int height = title + (both && !side_by_side ? 2 : 1) * line;
+  const int top = area.top() + (area.height() - height) / 2;
+  lbl_arrowtitle_->setGeometry(area.left(), top, area.width(), title);
+  QRect place(area.left(), top + title, area.width(), line);
+  if (side_by_side) place.setWidth(area.width() / 2);
+  for (QLabel* label : {x_.label, y_.label}) {
     if (label->isHidden()) continue;
-    const int line = QFontMetrics(label->font()).height();
-    label->setGeometry(area.left(), top, area.width(), line);
-    top += line;
+    label->setGeometry(place);
+    place.translate(side_by_side ? QPoint(place.width(), 0) : QPoint(0, line));
   }
 }
 

@@ -169,6 +169,7 @@ class ArrowControl : public QWidget {
   void TAG2Changed();
 
  protected:
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -212,8 +213,8 @@ class ArrowControl : public QWidget {
   void LayOutParts();
   void LayOutLabels(const QRect& area);
   /// Height of the up and down arrows and width of the left and right ones, at the least.
-  [[nodiscard]] QSize ArrowThickness() const;
-  /// Room for the widest texts of the labels.
+  [[nodiscard]] int ArrowThickness() const;
+  /// Room for the widest texts of the labels, the values side by side below the title.
   [[nodiscard]] QSize LabelsSize() const;
 
   QLabel* const lbl_arrowtitle_;

@@ -3,6 +3,7 @@
 #include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLocale>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -25,6 +26,8 @@ constexpr int kMargin = 3;  // room for the focus ring
 constexpr int kPagesInRange = 10;
 constexpr int kLineThickness = 3;
 constexpr float kLineShare = 0.45F;
+constexpr float kDisabledShare = 0.6F;  // of the window's colour over a disabled rail
+constexpr int kTipGap = 2;
 
 }  // namespace
 
@@ -141,12 +144,16 @@ void cpvSlider::OpenFineAdjust() {
     fine_adjust_ = new FineAdjustPopup(this);
     connect(fine_adjust_, &FineAdjustPopup::ValuePicked, this,
             [this](int value) { QSlider::setValue(value); });
-    connect(fine_adjust_, &FineAdjustPopup::Closed, this, &cpvSlider::ShowWithheld);
+    connect(fine_adjust_, &FineAdjustPopup::Closed, this, [this] {
+      update();
+      ShowWithheld();
+    });
   }
   const FineAdjustPopup::Subject subject{minimum(), maximum(), value(), decimals_,
                                          accessibleName()};
   const QRect handle = HandleRect();
   fine_adjust_->Open(subject, mapToGlobal(QPoint(handle.center().x(), handle.bottom() + 2)));
+  update();
 }
 
 void cpvSlider::contextMenuEvent(QContextMenuEvent* event) {
@@ -178,7 +185,7 @@ void cpvSlider::mousePressEvent(QMouseEvent* event) {
 
 void cpvSlider::mouseReleaseEvent(QMouseEvent* event) {
   QSlider::mouseReleaseEvent(event);
-  if (show_value_tip_ && !isSliderDown()) QToolTip::hideText();
+  if (!isSliderDown()) HideTip();
   ShowWithheld();
   if (event->button() != Qt::RightButton) return;
   // A release alone is no click: its press may have been kept from the slider.
@@ -201,6 +208,7 @@ void cpvSlider::changeEvent(QEvent* event) {
     case QEvent::EnabledChange:
       if (!isEnabled()) {
         setRepeatAction(SliderNoAction);
+        HideTip();
         if (fine_adjust_ != nullptr) fine_adjust_->close();
         ShowWithheld();
       }
@@ -217,6 +225,7 @@ void cpvSlider::changeEvent(QEvent* event) {
 void cpvSlider::hideEvent(QHideEvent* event) {
   setRepeatAction(SliderNoAction);
   setSliderDown(false);
+  HideTip();
   if (fine_adjust_ != nullptr) fine_adjust_->close();
   ShowWithheld();
   QSlider::hideEvent(event);
@@ -230,9 +239,31 @@ QString cpvSlider::TextOf(int value) const {
   return plain.toString(static_cast<double>(value) / PowerOfTen(decimals_), 'f', decimals_);
 }
 
+/// The tip stands above the handle, where neither the pointer nor the hand hides it; the toolkit's
+/// own tips stand below the pointer.
 void cpvSlider::ShowTip() {
+  if (tip_ == nullptr) {
+    tip_ = new QLabel(this, Qt::ToolTip);
+    tip_->setObjectName(QStringLiteral("lbl_valuetip"));
+    tip_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    tip_->setPalette(QToolTip::palette());
+    tip_->setBackgroundRole(QPalette::ToolTipBase);
+    tip_->setForegroundRole(QPalette::ToolTipText);
+    tip_->setFont(QToolTip::font());
+    tip_->setFrameShape(QFrame::Box);
+    tip_->setMargin(kTipGap);
+  }
+  tip_->setText(TextOf(sliderPosition()));
+  tip_->adjustSize();
   const QRect handle = HandleRect();
-  QToolTip::showText(mapToGlobal(handle.topRight()), TextOf(value()), this);
+  const QPoint above(handle.center().x() - tip_->width() / 2,
+                     handle.top() - kTipGap - tip_->height());
+  tip_->move(mapToGlobal(above));
+  tip_->show();
+}
+
+void cpvSlider::HideTip() {
+  if (tip_ != nullptr) tip_->hide();
 }
 
 QSize cpvSlider::ValueSize() const {
@@ -313,7 +344,13 @@ void cpvSlider::paintEvent(QPaintEvent* event) {
   if (as_style_does) QSlider::paintEvent(event);
   QPainter painter(this);
   if (!as_style_does) PaintSlider(painter);
-  if (hasFocus()) PaintFocusRing(painter, rect(), palette());
+  if (!isEnabled()) {
+    QColor veil = palette().color(QPalette::Window);
+    veil.setAlphaF(kDisabledShare);
+    painter.fillRect(RailArea(), veil);
+  }
+  const bool adjusts = fine_adjust_ != nullptr && fine_adjust_->isVisible();
+  if (hasFocus() || adjusts) PaintFocusRing(painter, rect(), palette());
   if (!show_value_) return;
   const bool upright = orientation() == Qt::Vertical;
   const Qt::Alignment side = upright ? Qt::AlignHCenter : Qt::AlignRight;

@@ -5,6 +5,8 @@
 #include <QSlider>
 #include <optional>
 
+class QLabel;
+
 namespace kalde2 {
 
 class FineAdjustPopup;
@@ -79,7 +81,8 @@ class cpvSlider : public QSlider {
   [[nodiscard]] bool ShowValue() const { return show_value_; }
   void setShowValue(bool show);
 
-  /// Whether a tip with the value follows the handle while it is dragged; initially false.
+  /// Whether a tip with the value follows the handle, above it, while it is dragged; initially
+  /// false.
   [[nodiscard]] bool ShowValueTip() const { return show_value_tip_; }
   void setShowValueTip(bool show) { show_value_tip_ = show; }
 
@@ -124,6 +127,7 @@ class cpvSlider : public QSlider {
   void AnnounceMove();
   void ShowWithheld();
   void ShowTip();
+  void HideTip();
 
   [[nodiscard]] bool DrawsOwnRail() const;
   [[nodiscard]] QRect HandleRect() const;
@@ -152,6 +156,7 @@ class cpvSlider : public QSlider {
   bool right_pressed_ = false;
   std::optional<int> withheld_;  ///< the newest value to follow once the slider is let go
   FineAdjustPopup* fine_adjust_ = nullptr;
+  QLabel* tip_ = nullptr;
 };
 
 }  // namespace kalde2

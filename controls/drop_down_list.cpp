@@ -1,26 +1,15 @@
 #include "controls/drop_down_list.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
+#include <QCoreApplication>
 #include <QKeyEvent>
-#include <QProxyStyle>
+
+#include "controls/shared_style.h"
 
 namespace kalde2 {
 namespace {
 
 constexpr int kVisibleEntries = 15;
-
-/// The application's style, but for lists that drop down: as a menu, as some styles have it, a long
-/// one would cover the whole screen.
-class ListStyle : public QProxyStyle {
- public:
-  ListStyle() : QProxyStyle(QApplication::style()->name()) {}
-
-  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                QStyleHintReturn* result) const override {
-    return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
-  }
-};
 
 }  // namespace
 
@@ -28,9 +17,7 @@ DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {
   // Strong focus on every desktop; not wheel focus, or the wheel would take it and change the list.
   setFocusPolicy(Qt::StrongFocus);
   setMaxVisibleItems(kVisibleEntries);
-  auto* const style = new ListStyle;
-  style->setParent(this);
-  setStyle(style);
+  setStyle(SharedStyle());
 }
 
 void DropDownList::keyPressEvent(QKeyEvent* event) {

@@ -3,6 +3,7 @@
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLocale>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -13,9 +14,12 @@
 namespace kalde2 {
 
 FineAdjustPopup::FineAdjustPopup(QWidget* parent)
-    : QFrame(parent, Qt::Popup), spin_(new QDoubleSpinBox(this)) {
+    : QFrame(parent, Qt::Popup), lbl_name_(new QLabel(this)), spin_(new QDoubleSpinBox(this)) {
   setObjectName(QStringLiteral("fra_fineadjust"));
   setFrameShape(QFrame::StyledPanel);
+  lbl_name_->setObjectName(QStringLiteral("lbl_fineadjust"));
+  lbl_name_->setTextFormat(Qt::PlainText);
+  lbl_name_->setBuddy(spin_);
   spin_->setObjectName(QStringLiteral("spin_fineadjust"));
   spin_->setAlignment(Qt::AlignRight);
   spin_->setKeyboardTracking(false);  // a number being typed counts once it is complete
@@ -27,6 +31,7 @@ FineAdjustPopup::FineAdjustPopup(QWidget* parent)
 
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(3, 3, 3, 3);
+  layout->addWidget(lbl_name_);
   layout->addWidget(spin_);
   connect(spin_, &QDoubleSpinBox::valueChanged, this,
           [this](double value) { emit ValuePicked(qRound(value * scale_)); });
@@ -41,6 +46,8 @@ void FineAdjustPopup::Open(const Subject& subject, const QPoint& position) {
   spin_->setSingleStep(shown(1));
   spin_->setValue(shown(subject.value));
   spin_->setAccessibleName(subject.name);
+  lbl_name_->setText(subject.name);
+  lbl_name_->setVisible(!subject.name.isEmpty());
   value_at_opening_ = spin_->value();
 
   adjustSize();

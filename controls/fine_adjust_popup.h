@@ -3,6 +3,7 @@
 #include <QFrame>
 
 class QDoubleSpinBox;
+class QLabel;
 
 namespace kalde2 {
 
@@ -19,7 +20,7 @@ class FineAdjustPopup : public QFrame {
     int max;
     int value;
     int decimals;
-    QString name;  ///< what screen readers call the spin box
+    QString name;  ///< shown before the spin box, and what screen readers call that
   };
 
   explicit FineAdjustPopup(QWidget* parent);
@@ -39,6 +40,7 @@ class FineAdjustPopup : public QFrame {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QLabel* const lbl_name_;
   QDoubleSpinBox* const spin_;
   int scale_ = 1;
   double value_at_opening_ = 0;

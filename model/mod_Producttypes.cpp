@@ -255,6 +255,12 @@ const Product* FindSupportedProduct(std::int32_t type) {
   return supported != std::end(kSupportedTypes) ? FindProduct(type) : nullptr;
 }
 
+ValueRange RangeOf(Address address) {
+  const auto* const row = std::ranges::find(kUnitParameters, address, &Parameter::address);
+  if (row == std::end(kUnitParameters)) return {0, 0};
+  return {row->minimum, row->maximum};
+}
+
 void BuildCompactCatalogue(ParamCatalogue& catalogue, std::int32_t type) {
   BuildFamily(catalogue, kCompact, type);
 }

@@ -42,6 +42,16 @@ struct Product {
 /// and is refused.
 [[nodiscard]] const Product* FindSupportedProduct(std::int32_t type);
 
+/// Limits of a parameter's values.
+struct ValueRange {
+  std::int16_t minimum;
+  std::int16_t maximum;
+};
+
+/// The limits of a parameter of the unit, 0 and 0 for one that is a list or none; every product that
+/// has the parameter has these.
+[[nodiscard]] ValueRange RangeOf(Address address);
+
 /// The builders of the three product families: each adds the parameters of the product, in its
 /// order, where the type is one of the family's, and nothing otherwise.
 void BuildCompactCatalogue(ParamCatalogue& catalogue, std::int32_t type);

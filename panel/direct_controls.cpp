@@ -1,6 +1,5 @@
 #include "panel/direct_controls.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -105,18 +104,12 @@ void DirectControls::CheckClicked(QCheckBox& box, const CheckRow& row) {
   }
 }
 
-void DirectControls::CheckChanged(const CheckRow& row, bool checked) {
-  const auto enable = [&](const QCheckBox* box, const char* slider, const char* vertical) {
-    // On a closed panel the sliders stay disabled with the rest.
-    const bool enabled = checked && box->isEnabled();
-    form_.Slider(slider)->setEnabled(enabled);
-    form_.Slider(vertical)->setEnabled(enabled);
-  };
-  const QLatin1String name(row.name);
-  if (name == form_.chk_shrinkenable->objectName()) {
-    enable(form_.chk_shrinkenable, "slide_shrink", "slide_shrinkv");
-  } else if (name == form_.chk_zoomenable->objectName()) {
-    enable(form_.chk_zoomenable, "slide_zoom", "slide_zoomv");
+void DirectControls::CheckChanged(const QCheckBox& box, const CheckRow& row) {
+  if (row.enables == Group::kNone) return;
+  // On a closed panel the sliders stay disabled with the rest.
+  const bool enabled = box.isChecked() && box.isEnabled();
+  for (std::size_t i = 0; i < kSliders.size(); ++i) {
+    if (kSliders[i].group == row.enables) form_.sliders[i]->setEnabled(enabled);
   }
 }
 
@@ -181,20 +174,17 @@ void DirectControls::Fade() {
 void DirectControls::Black() {
   if (queue_.IsBulk()) return;
   std::vector<std::string> group;
-  for (const char* const name : kBlackSliders) {
-    const auto* const row = std::ranges::find_if(kBlackPreset, [name](const PresetRow& preset) {
-      return std::string_view(preset.slider) == name;
-    });
-    form_.Slider(name)->setValue(row->value);
-    group.emplace_back(name);
+  for (const SliderId slider : kBlackSliders) {
+    form_.Slider(slider)->setValue(BlackValueOf(slider));
+    group.emplace_back(slider.Row().name);
   }
   const auto record = [this] {
-    for (const PresetRow& row : kBlackPreset) Record(row.address, row.value);
+    for (const PresetRow& row : kBlackPreset) Record(row.slider.Row().address, row.value);
   };
   queue_.Do(
       "cmd_black",
       [this, record] {
-        for (const PresetRow& row : kBlackPreset) Write(row.address, row.value);
+        for (const PresetRow& row : kBlackPreset) Write(row.slider.Row().address, row.value);
         record();
         refresh_.Enable();
       },
@@ -203,7 +193,7 @@ void DirectControls::Black() {
 
 void DirectControls::ShrinkTo(std::int32_t percent) {
   if (queue_.IsBulk()) return;
-  ArrowControl& pad = *form_.arr_shrinkposn;
+  ArrowControl& pad = *form_.Pad("arr_shrinkposn");
   const Address horizontal = pad.property("Tag").toString().toShort();
   const Address vertical = pad.TAG2().toShort();
   cpvSlider& slider = *form_.Slider("slide_shrink");

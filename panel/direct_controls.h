@@ -33,7 +33,7 @@ class DirectControls {
   void CheckClicked(QCheckBox& box, const CheckRow& row);
 
   /// What a mark does on the form itself, whoever set it: enables or disables the sliders.
-  void CheckChanged(const CheckRow& row, bool checked);
+  void CheckChanged(const QCheckBox& box, const CheckRow& row);
 
   void LockModeClicked(const LockModeRow& row);
   void LockSourceSelected();

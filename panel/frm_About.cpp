@@ -5,7 +5,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "controls/title_width.h"
 #include "panel/app_info.h"
 
 namespace kalde2 {
@@ -46,7 +48,8 @@ void frm_About::Form_Load() {
   connect(ok, &QPushButton::clicked, this, &frm_About::cmdOK_Click);
   rows->addWidget(buttons);
   constexpr int kWidthInCharacters = 44;
-  setMinimumWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
+  setMinimumWidth(
+      std::max(fontMetrics().averageCharWidth() * kWidthInCharacters, WidthForTitle(*this)));
 }
 
 void frm_About::cmdOK_Click() {

@@ -96,7 +96,10 @@ void frm_vornik::paintEvent(QPaintEvent* event) {
   QMainWindow::paintEvent(event);
   // Looking for the ports takes as long as everything before it; the window is in view first.
   if (!std::exchange(is_painted_, true)) {
-    QTimer::singleShot(0, this, &frm_vornik::UpdatePortHint);
+    QTimer::singleShot(0, this, [this] {
+      form_.FitToScreen();
+      UpdatePortHint();
+    });
   }
 }
 
@@ -165,7 +168,9 @@ void frm_vornik::Cmd_openclose_Click() {
 void frm_vornik::OpenPort() {
   // The session forgets what it was to cut frames from.
   form_.TmrProcessMessage->stop();
+  port_came_up_ = false;
   connection_.Open();
+  if (!port_came_up_) form_.AskForPort();  // it is the number that has to change
 }
 
 void frm_vornik::ClosePort() {
@@ -185,6 +190,9 @@ bool frm_vornik::eventFilter(QObject* watched, QEvent* event) {
   if (watched != form_.txt_port) return false;
   if (event->type() == QEvent::KeyPress) {
     return TypedIntoPort(*static_cast<QKeyEvent*>(event));
+  }
+  if (event->type() == QEvent::MouseButtonRelease && !form_.txt_port->hasSelectedText()) {
+    form_.txt_port->selectAll();  // Backspace takes nothing out; what is typed replaces it
   }
   if (event->type() == QEvent::InputMethod) {
     return CommittedIntoPort(*static_cast<QInputMethodEvent*>(event));
@@ -240,7 +248,7 @@ void frm_vornik::UpdatePortHint() {
   }
   const QString shown =
       device.empty() ? QStringLiteral("no such port") : QString::fromStdString(device);
-  form_.lbl_portdevice->setText(shown);
+  form_.ShowDevice(shown);
   QString list;
   for (const NumberedPort& port : platform_.ports.PresentPorts()) {
     list += QStringLiteral("\n%1: %2").arg(port.number).arg(QString::fromStdString(port.device));
@@ -279,14 +287,15 @@ void frm_vornik::ConnectControls() {
               direct.SliderMoved(*form_.sliders[i], kSliders[i], value);
             }));
   }
-  for (ArrowControl* const pad : {form_.arr_zoompan, form_.arr_shrinkposn}) {
+  for (ArrowControl* const pad : form_.pads) {
     connect(pad, &ArrowControl::ValueChanged, this,
             Guarded([&direct, pad](int x, int y) { direct.PadStepped(*pad, x, y); }));
   }
-  for (const CheckRow& row : kChecks) {
-    auto* const box = form_.fra_control->findChild<QCheckBox*>(QLatin1String(row.name));
+  for (std::size_t i = 0; i < kChecks.size(); ++i) {
+    const CheckRow& row = kChecks[i];
+    QCheckBox* const box = form_.checks[i];
     connect(box, &QCheckBox::toggled, this,
-            [&direct, &row](bool checked) { direct.CheckChanged(row, checked); });
+            [&direct, box, &row](bool) { direct.CheckChanged(*box, row); });
     connect(box, &QCheckBox::clicked, this,
             Guarded([&direct, box, &row](bool) { direct.CheckClicked(*box, row); }));
   }

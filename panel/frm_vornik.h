@@ -95,7 +95,10 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   void ClosePort();
   [[nodiscard]] UnitConnection::Steps OpenSteps();
 
-  void PortOpened() override { connection_.ShowPortOpen(); }
+  void PortOpened() override {
+    port_came_up_ = true;
+    connection_.ShowPortOpen();
+  }
   void UnitFound(const Product& product) override { connection_.ShowUnit(product); }
   void UnaskedArrived() override;
   void PortLost(const std::string& reason) override { connection_.ShowLoss(reason); }
@@ -131,7 +134,8 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   ShownProgress autoset_progress_;
   Autoset autoset_;
   QPointer<frm_About> about_;
-  bool is_painted_ = false;  ///< the window has been in view
+  bool port_came_up_ = false;  ///< in the last opening
+  bool is_painted_ = false;    ///< the window has been in view
 };
 
 }  // namespace kalde2

@@ -7,7 +7,6 @@
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMainWindow>
 #include <QMenu>
 #include <QPushButton>
@@ -18,6 +17,8 @@
 
 #include "controls/arrow_control.h"
 #include "controls/cpv_slider.h"
+#include "controls/elided_label.h"
+#include "controls/line_list.h"
 #include "panel/control_table.h"
 
 class QBoxLayout;
@@ -25,11 +26,15 @@ class QGridLayout;
 
 namespace kalde2 {
 
+class ClippingArea;
+
 /// The widgets of the main window: names, captions, places, and what is enabled or shown. Knows
 /// nothing of the unit and connects no handler.
 ///
 /// All controls of the unit are direct children of `fra_control`. The window is exactly as high as
-/// its view; the shrink controls lie in the strip that only the advanced view uncovers.
+/// its view, or as its screen lets it be, and scrolls then; the shrink controls lie in the strip
+/// that only the advanced view uncovers. Nothing else moves with the view but the command list's
+/// lower edge.
 class VornikForm {
  public:
   /// Heights of the two views in device-independent pixels (5730 and 7125 twips) at the default
@@ -50,6 +55,10 @@ class VornikForm {
   /// Sets the window to the height of the compact or the advanced view.
   void SetAdvancedHeight(bool advanced);
 
+  /// The same for the view that is shown: for when the window's frame has become known, which is
+  /// when it is in view first.
+  void FitToScreen();
+
   /// Shows or hides the separate vertical zoom and shrink.
   void SetAspectVisible(bool visible);
 
@@ -67,10 +76,18 @@ class VornikForm {
   void ShowOpen(const QString& state);
   void ShowClosed();
 
+  /// The device that the number in the port field stands for.
+  void ShowDevice(const QString& device);
+
+  /// Puts the focus into the port field with the number selected, which typing then replaces.
+  void AskForPort();
+
   /// The controls of the window that replies are shown on.
   [[nodiscard]] const std::vector<QWidget*>& ReplyControls() const { return reply_controls_; }
 
-  [[nodiscard]] cpvSlider* Slider(const char* name) const;
+  [[nodiscard]] cpvSlider* Slider(SliderId id) const { return sliders[id.index]; }
+  [[nodiscard]] ArrowControl* Pad(PadId id) const { return pads[id.index]; }
+  [[nodiscard]] QCheckBox* Check(CheckId id) const { return checks[id.index]; }
 
   // Menu bar
   QMenu* mnu_file = nullptr;
@@ -90,7 +107,7 @@ class VornikForm {
 
   // Connection
   QLineEdit* txt_port = nullptr;
-  QLabel* lbl_portdevice = nullptr;
+  ElidedLabel* lbl_portdevice = nullptr;
   QComboBox* cbo_baud = nullptr;
   QPushButton* Cmd_openclose = nullptr;
   QLabel* lbl_comstate = nullptr;
@@ -106,10 +123,8 @@ class VornikForm {
   QComboBox* cbo_lock = nullptr;
 
   // Picture
-  QCheckBox* chk_zoomenable = nullptr;
   QLabel* lbl_zoom = nullptr;
   QLabel* lbl_zoomv = nullptr;
-  ArrowControl* arr_zoompan = nullptr;
   QPushButton* cmd_fade = nullptr;
   QPushButton* cmd_autoset = nullptr;
   QPushButton* cmd_overscan = nullptr;
@@ -117,12 +132,10 @@ class VornikForm {
 
   // Keyer
   QLabel* lbl_keyerenable = nullptr;
-  QCheckBox* chk_keyenable = nullptr;
-  QCheckBox* chk_swapforback = nullptr;
   QPushButton* cmd_black = nullptr;
 
   // Command list
-  QListWidget* lst_commands = nullptr;
+  LineList* lst_commands = nullptr;
   QLabel* lbl_command = nullptr;
   QComboBox* cbo_command = nullptr;
   QLineEdit* txt_commandval = nullptr;
@@ -130,15 +143,15 @@ class VornikForm {
   QPushButton* cmd_commandplus = nullptr;
 
   // Advanced view
-  QCheckBox* chk_shrinkenable = nullptr;
   QLabel* lbl_shrink = nullptr;
   QLabel* lbl_shrinkv = nullptr;
-  ArrowControl* arr_shrinkposn = nullptr;
 
   /// Never visible: feeds two fixed frames to the decoder.
   QPushButton* cmd_test = nullptr;
 
   std::array<cpvSlider*, kSliders.size()> sliders{};
+  std::array<ArrowControl*, kPads.size()> pads{};
+  std::array<QCheckBox*, kChecks.size()> checks{};
 
   QTimer* TmrProcessMessage = nullptr;
   QTimer* tmr_updatelstCommands = nullptr;
@@ -147,7 +160,12 @@ class VornikForm {
   void BuildMenus();
   void CreateConnection(QWidget* content);
   void CreateControls();
+  void CreateConnectionState(QWidget* content);
+  void CreateLockModes();
+  void CreateSliders();
+  void CreatePads();
   void CreateChecks();
+  void CreateCommands();
   void CreateButtons();
   void CreateTimers();
   QBoxLayout* LayOutConnection();
@@ -155,20 +173,31 @@ class VornikForm {
   QGridLayout* LayOutSources();
   QGridLayout* LayOutPicture();
   QGridLayout* LayOutKeyer();
-  QBoxLayout* LayOutCommands();
+  void LayOutCommands();
+  QBoxLayout* LayOutEditor();
   QGridLayout* LayOutShrink();
+  void AlignStrips(QGridLayout& picture, QGridLayout& shrink) const;
+  QGridLayout* NewGrid() const;
   void SetTabOrder();
   void CollectReplyControls();
 
   QAction* AddItem(QMenu* menu, const char* name, const char* text);
   QLabel* Heading(const char* name, const char* text);
   QLabel* Caption(const char* name, const char* text, QWidget* buddy = nullptr);
-  ArrowControl* CreatePad(const PadRow& row);
   QComboBox* CreateCombo(const char* name, int tag, const char* accessible_name,
                          const char* description);
+
+  /// The controls of a group that have a row, in tab order: check boxes, sliders, pads.
+  [[nodiscard]] std::vector<QWidget*> ControlsOf(Group group) const;
+
+  /// What a length at the default font is with the window's.
   [[nodiscard]] int Scaled(int pixels) const;
+  [[nodiscard]] QSize RoomOnScreen() const;
 
   QMainWindow& window_;
+  ClippingArea* area_ = nullptr;
+  QBoxLayout* commands_ = nullptr;
+  bool advanced_ = false;
   QButtonGroup* lock_group_ = nullptr;
   int lock_mode_ = -1;
   std::vector<QWidget*> reply_controls_;

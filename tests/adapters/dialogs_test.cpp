@@ -32,6 +32,13 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
     QTest::keyClick(&box, Qt::Key_Escape);
   });
   boxes.Show("<b>Ger\xC3\xA4t \xC5\xBC</b>\r\n second", BoxIcon::kCritical, "Connect");
+  OnNext<QMessageBox>([](QMessageBox& box) {
+    QFont bold = box.font();
+    bold.setBold(true);
+    EXPECT_GT(box.width(), QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + 100);
+    box.reject();
+  });
+  boxes.Show("No", BoxIcon::kCritical, "Error opening port - choose another port");
   for (const auto& [key, confirmed] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, true}}) {
     OnNext<QMessageBox>([key = key](QMessageBox& box) {
       EXPECT_EQ(box.windowTitle(), "KALDE2 Control Panel");

@@ -59,10 +59,10 @@ TEST_F(PanelFixture, AssistiveToolsClickMarksAndCodeDoesNot) {
     for (const int address : {295, 324, 398, 266}) Unasked(WriteOf(address, value));
   }
   Press("Cmd_openclose");
-  Toggle(Form().chk_keyenable);
+  Toggle(Form().Check("chk_keyenable"));
   cpvSlider* const zoom = Form().Slider("slide_zoom");
   QAccessible::queryAccessibleInterface(zoom)->valueInterface()->setCurrentValue(500);
-  EXPECT_TRUE(Form().chk_keyenable->isChecked() && zoom->Value() == 100) << "disabled";
+  EXPECT_TRUE(Form().Check("chk_keyenable")->isChecked() && zoom->Value() == 100) << "disabled";
   EXPECT_TRUE(Written().empty());
 }
 

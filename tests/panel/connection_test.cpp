@@ -131,11 +131,11 @@ TEST_F(Connection, OffersWhatEachModelHas) {
     EXPECT_EQ(Form().cmd_autoset->isEnabled(), autoset);
     EXPECT_EQ(Form().cmd_overscan->isEnabled(), overscan);
     // Shrink starts switched off after each connect, without a word to the unit.
-    EXPECT_FALSE(Form().chk_shrinkenable->isChecked());
+    EXPECT_FALSE(Form().Check("chk_shrinkenable")->isChecked());
     EXPECT_FALSE(Form().Slider("slide_shrink")->isEnabled());
     EXPECT_TRUE(Form().Slider("slide_shrinkv")->isEnabled());
     for (const std::string& frame : Written()) EXPECT_NE(frame.substr(0, 11), "F041041018E");
-    Form().chk_shrinkenable->click();
+    Form().Check("chk_shrinkenable")->click();
     Press("Cmd_openclose");
     (void)Written();
   }

@@ -73,7 +73,7 @@ TEST_F(DirectControlsTest, EachControlSendsRecordsAndFollowsItsParameterAsItIs) 
 }
 
 TEST_F(DirectControlsTest, APadSendsOneAxisAStep) {
-  Form().arr_zoompan->setValueY(40);
+  Form().Pad("arr_zoompan")->setValueY(40);
   Key("arr_zoompan", Qt::Key_Right);
   EXPECT_EQ(Take(), (Frames{WriteOf(159, 1), kRefresh})) << "horizontal wins";
   Key("arr_zoompan", Qt::Key_Up);
@@ -126,7 +126,7 @@ TEST_F(DirectControlsTest, ButtonsSendWhatTheyStandFor) {
 
 /// What is recorded of some parameters and shown on a slider as each frame goes out.
 TEST_F(DirectControlsTest, EachValueIsRecordedAfterItsWrite) {
-  const auto states = [this](const char* button, const char* slider, std::vector<int> addresses) {
+  const auto states = [this](const char* button, SliderId slider, std::vector<int> addresses) {
     std::vector<std::string> lines;
     port.on_write = [&](std::string_view) {
       std::string line = std::to_string(Form().Slider(slider)->Value());
@@ -165,7 +165,7 @@ TEST_F(DirectControlsTest, EachValueIsRecordedAfterItsWrite) {
 }
 
 TEST_F(DirectControlsTest, ATagThatIsSetCountsForSendingAndForReplies) {
-  ArrowControl& pad = *Form().arr_zoompan;
+  ArrowControl& pad = *Form().Pad("arr_zoompan");
   pad.setProperty("Tag", "218");
   pad.setTAG2("219");
   Form().Slider("slide_ymin")->setProperty("Tag", 178);

@@ -56,8 +56,8 @@ const Operation kOperations[] = {
     {"drag",      [](PanelFixture& t) {
        for (int i = 0; i < 3; ++i) QTest::keyClick(t.Form().Slider("slide_zoom"), Qt::Key_Right); }},
     {"pad",       [](PanelFixture& t) {
-       QTest::keyPress(t.Form().arr_zoompan, Qt::Key_Right);
-       QTest::keyRelease(t.Form().arr_zoompan, Qt::Key_Right); }},
+       QTest::keyPress(t.Form().Pad("arr_zoompan"), Qt::Key_Right);
+       QTest::keyRelease(t.Form().Pad("arr_zoompan"), Qt::Key_Right); }},
     {"fade",      [](PanelFixture& t) { t.Press("cmd_fade"); }},
     {"autoset",   [](PanelFixture& t) { t.Press("cmd_autoset"); }},
     {"store",     [](PanelFixture& t) { t.Choose("cmd_function_strore"); }},

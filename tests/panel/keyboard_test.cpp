@@ -79,7 +79,7 @@ TEST_F(Keyboard, TheFocusLeavesTheShrinkStripWithTheAdvancedView) {
   for (const char* control :
        {"chk_shrinkenable", "slide_shrink", "slide_shrinkv", "arr_shrinkposn"}) {
     Choose("mnu_function_advanced");
-    if (!Form().chk_shrinkenable->isChecked()) Press("chk_shrinkenable");
+    if (!Form().Check("chk_shrinkenable")->isChecked()) Press("chk_shrinkenable");
     Focus(*Find<QWidget>(control));
     (void)Written();
     Choose("mnu_function_advanced");

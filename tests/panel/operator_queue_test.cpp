@@ -115,7 +115,7 @@ TEST_F(OperatorQueueTest, AnEchoMovesNoControlWithANewerChange) {
       panel->UnitSession().Link().ParseReply(frame.replace(1, 2, "44"));
     }
     EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 1000);
-    EXPECT_TRUE(Form().chk_keyenable->isChecked() && Form().opt_lock[2]->isChecked());
+    EXPECT_TRUE(Form().Check("chk_keyenable")->isChecked() && Form().opt_lock[2]->isChecked());
     EXPECT_EQ(Form().cbo_program->currentIndex(), 4);
   });
   Press("cmd_black");
@@ -127,7 +127,7 @@ std::string Told(int address, int value) {
 }
 
 TEST_F(OperatorQueueTest, AHeldPadFollowsAndStepsFromWhatTheUnitSays) {
-  ArrowControl& pad = *Form().arr_zoompan;
+  ArrowControl& pad = *Form().Pad("arr_zoompan");
   QTest::mousePress(Find<QWidget>("pic_arrow_2"), Qt::LeftButton);
   panel->UnitSession().Link().ParseReply(Told(160, 70));
   EXPECT_EQ(pad.valueY(), 70);
@@ -148,7 +148,7 @@ TEST_F(OperatorQueueTest, AnAxisOnItsWayIsNoChangeOfTheOther) {
     step(Qt::Key_Right)();
     panel->UnitSession().Link().ParseReply(
         Told(159, 1));  // the echo of the first, ahead of all that waits
-    EXPECT_EQ(Form().arr_zoompan->valueX(), 2);
+    EXPECT_EQ(Form().Pad("arr_zoompan")->valueX(), 2);
     step(Qt::Key_Down)();
   });
   step(Qt::Key_Right)();
@@ -170,8 +170,8 @@ TEST_F(OperatorQueueTest, AGroupThatWaitsKeepsItsControlsFromOlderReplies) {
     EXPECT_EQ(Form().Slider("slide_ymax")->Value(), 32);
     EXPECT_EQ(Form().Slider("slide_softv")->Value(), 0);
     EXPECT_EQ(Form().Slider("slide_shrink")->Value(), 90);
-    EXPECT_EQ(Form().arr_shrinkposn->valueX(), 50);
-    EXPECT_EQ(Form().arr_shrinkposn->valueY(), 50);
+    EXPECT_EQ(Form().Pad("arr_shrinkposn")->valueX(), 50);
+    EXPECT_EQ(Form().Pad("arr_shrinkposn")->valueY(), 50);
   });
   Press("cmd_fade");
   EXPECT_EQ(Written().size(), 1U + 9U + 4U);

@@ -89,11 +89,11 @@ TEST_F(UnaskedFrames, AreCutFromPiecesOneATick) {
   Arrive(pan.substr(0, 5));
   EXPECT_TRUE(Cutting());
   Tick("TmrProcessMessage");
-  EXPECT_EQ(Form().arr_zoompan->valueX(), 0);
+  EXPECT_EQ(Form().Pad("arr_zoompan")->valueX(), 0);
   Arrive("");
   Arrive(pan.substr(5) + zoom + "\x11junk" + key);
   Tick("TmrProcessMessage");
-  EXPECT_EQ(Form().arr_zoompan->valueX(), 40);
+  EXPECT_EQ(Form().Pad("arr_zoompan")->valueX(), 40);
   EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 100);
   Tick("TmrProcessMessage");
   EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 500);
@@ -109,14 +109,14 @@ TEST_F(UnaskedFrames, OfTheUnitBeforeAreShownUntilTheNextOpeningOnly) {
   Arrive(pan + position);
   Press("Cmd_openclose");
   Tick("TmrProcessMessage");
-  EXPECT_EQ(Form().arr_zoompan->valueX(), 77);
+  EXPECT_EQ(Form().Pad("arr_zoompan")->valueX(), 77);
   Press("Cmd_openclose");
   EXPECT_FALSE(Cutting());
-  EXPECT_EQ(Form().arr_shrinkposn->valueX(), 0);
+  EXPECT_EQ(Form().Pad("arr_shrinkposn")->valueX(), 0);
   Arrive(Changed(160, 55));
   Tick("TmrProcessMessage");
-  EXPECT_EQ(Form().arr_zoompan->valueY(), 55);
-  EXPECT_EQ(Form().arr_shrinkposn->valueX(), 0);
+  EXPECT_EQ(Form().Pad("arr_zoompan")->valueY(), 55);
+  EXPECT_EQ(Form().Pad("arr_shrinkposn")->valueX(), 0);
 }
 
 }  // namespace

@@ -184,8 +184,9 @@ TEST_F(EndToEnd, WhatOneSideChangesReachesTheOther) {
   EXPECT_TRUE(Becomes([this] {
     const auto lines = Form().lst_commands->findItems("Lock mode", Qt::MatchStartsWith);
     return Find<QRadioButton>("opt_lockmix")->isChecked() &&
-           Form().Slider("slide_ymax")->Value() == 200 && Form().arr_zoompan->valueX() == 30 &&
-           !lines.isEmpty() && lines.front()->text() == "Lock mode : Lock+Mix";
+           Form().Slider("slide_ymax")->Value() == 200 &&
+           Form().Pad("arr_zoompan")->valueX() == 30 && !lines.isEmpty() &&
+           lines.front()->text() == "Lock mode : Lock+Mix";
   }));
   EXPECT_TRUE(unit->Requests().isEmpty());
 }

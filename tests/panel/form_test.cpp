@@ -1,0 +1,139 @@
+// What stays where it is in the main window, what fits the screen, and what is told of it.
+
+#include <QAccessible>
+#include <QScrollBar>
+#include <map>
+
+#include "panel/clipping_area.h"
+#include "tests/support/panel_fixture.h"
+
+namespace kalde2 {
+namespace {
+
+class FormTest : public PanelFixture {
+ protected:
+  using Places = std::map<std::string, QRect>;
+
+  /// Where every control is that has a name, and is to stay: all but the command list's lower edge.
+  [[nodiscard]] Places PlacesNow() const {
+    QCoreApplication::processEvents();
+    Places places;
+    for (const QWidget* const control : Window().findChildren<QWidget*>()) {
+      const bool own = control->parentWidget() == Form().fra_control ||
+                       control->parentWidget() == Form().fra_control->parentWidget();
+      if (own && !control->objectName().isEmpty()) {
+        places[control->objectName().toStdString()] = control->geometry();
+      }
+    }
+    places["lst_commands"].setHeight(0);
+    return places;
+  }
+
+  [[nodiscard]] static QRect OnScreen(const QWidget& widget) {
+    return {widget.mapToGlobal(QPoint()), widget.size()};
+  }
+};
+
+TEST_F(FormTest, NothingMovesButTheListsLowerEdge) {
+  Start();
+  Form().ShowDevice("/dev/ttyS0");
+  Form().txt_port->setText("1");
+  const Places closed = PlacesNow();
+  ConnectUnit();
+  Press("Cmd_openclose");
+  Form().ShowDevice("/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0-port0");
+  Form().txt_port->setText("12345678");
+  EXPECT_EQ(Form().lbl_portdevice->toolTip(), Form().lbl_portdevice->text());
+  EXPECT_EQ(PlacesNow(), closed);
+  Tick("tmr_updatelstCommands");
+  LineList& list = *Form().lst_commands;
+  const QPoint top = list.pos();
+  const auto expect_whole_lines = [&list] {
+    QCoreApplication::processEvents();
+    EXPECT_EQ(list.viewport()->height() % list.visualItemRect(list.item(0)).height(), 0);
+  };
+  SelectLine("Zoom Pan H");  // a number
+  expect_whole_lines();
+  const int compact = list.height();
+  const Places compact_places = PlacesNow();
+  Choose("mnu_function_advanced");
+  EXPECT_EQ(PlacesNow(), compact_places);
+  expect_whole_lines();
+  EXPECT_GT(list.height(), compact + 60);
+  EXPECT_EQ(Form().Pad("arr_shrinkposn")->x(), Form().Pad("arr_zoompan")->x());
+  Choose("mnu_function_advanced");
+  SelectLine("Main input");  // a list
+  QCoreApplication::processEvents();
+  EXPECT_EQ(list.geometry(), QRect(top, QSize(list.width(), compact)));
+}
+
+TEST_F(FormTest, AViewThatTheScreenHasNoRoomForScrollsAndFollowsTheFocus) {
+  const QFont usual = QApplication::font();
+  QFont large = usual;
+  large.setPointSizeF(usual.pointSizeF() * 2);
+  QApplication::setFont(large);
+  OpenSettled();
+  Choose("mnu_function_aspect");
+  Choose("mnu_function_advanced");
+  Press("chk_shrinkenable");
+  Window().activateWindow();
+  const QRect screen = Window().screen()->availableGeometry();
+  EXPECT_LE(Window().width(), screen.width());
+  EXPECT_LE(Window().height(), screen.height());
+  const auto* const area = Window().findChild<QScrollArea*>();
+  for (const char* name : {"cbo_command", "slide_shrinkv", "cbo_program", "arr_shrinkposn"}) {
+    auto* const control = Find<QWidget>(name);
+    control->setFocus();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(OnScreen(*area->viewport()).contains(OnScreen(*control))) << name;
+  }
+  Choose("mnu_function_advanced");
+  area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+  const QWidget* const strip = Form().Check("chk_shrinkenable");
+  EXPECT_FALSE(OnScreen(*area->viewport()).intersects(OnScreen(*strip))) << "out of the view";
+  panel.reset();
+  QApplication::setFont(usual);
+}
+
+TEST_F(FormTest, TheStateIsNamedAndNamesBeginWithWhatIsSeen) {
+  Start();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !Form().lbl_portdevice->text().isEmpty(); }));
+  ConnectUnit();
+  Press("Cmd_openclose");
+  const auto name = [](QWidget* control) {
+    return QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
+  };
+  EXPECT_EQ(name(Form().lbl_comstate), "OPEN : K2-6350");
+  EXPECT_EQ(Form().lbl_comstate->toolTip(), "Port 1: /dev/fake1\nOPEN : K2-6350");
+  Press("Cmd_openclose");
+  EXPECT_EQ(name(Form().lbl_comstate), "CLOSED");
+
+  const auto plain = [](QString caption) { return caption.remove('&'); };
+  for (QAbstractButton* const button : Window().findChildren<QAbstractButton*>()) {
+    if (button->parentWidget() != Form().fra_control) continue;
+    EXPECT_TRUE(name(button).startsWith(plain(button->text()))) << name(button).toStdString();
+  }
+  for (const QLabel* const label : Window().findChildren<QLabel*>()) {
+    if (QWidget* const buddy = label->buddy()) {
+      EXPECT_TRUE(buddy->accessibleName().startsWith(label->text())) << label->text().toStdString();
+    }
+  }
+}
+
+TEST_F(FormTest, TheNumberOfAPortIsThereToBeTypedOver) {
+  Start();
+  Form().txt_port->setText("99999");
+  Press("Cmd_openclose");
+  ASSERT_EQ(boxes.shown.size(), 1U);
+  QLineEdit& field = *Form().txt_port;
+  EXPECT_TRUE(field.hasFocus());
+  EXPECT_EQ(field.selectedText(), "99999");
+  field.setText("12");
+  Focus(*Form().cbo_baud);
+  QTest::mouseClick(&field, Qt::LeftButton);
+  QTest::keyClick(&field, Qt::Key_3);
+  EXPECT_EQ(field.text(), "3");
+}
+
+}  // namespace
+}  // namespace kalde2
