@@ -19,6 +19,7 @@
 #include "controls/arrow_control.h"
 #include "controls/cpv_slider.h"
 #include "panel/control_table.h"
+#include "panel/status_line.h"
 
 class QBoxLayout;
 class QGridLayout;
@@ -134,6 +135,9 @@ class VornikForm {
   QLabel* lbl_shrink = nullptr;
   QLabel* lbl_shrinkv = nullptr;
   ArrowControl* arr_shrinkposn = nullptr;
+
+  /// Under the keyer, over `fra_control` and not in it: no reply, tag or enabling reaches it.
+  StatusLine* lbl_status = nullptr;
 
   /// Never visible: feeds two fixed frames to the decoder.
   QPushButton* cmd_test = nullptr;

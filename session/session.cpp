@@ -11,9 +11,11 @@ Session::Session(SerialPort& port, Clock& clock, ReplyDisplay& display, RefreshT
     : port_(port),
       queue_(queue),
       events_(events),
+      status_(events),
       unit_(display, refresh),
       link_(port, clock, unit_) {
   LoadInputNames(unit_.input_names);
+  link_.SetObserver(&status_);
   port_.SetListener(this);
 }
 
@@ -30,17 +32,20 @@ OpenResult Session::Open(std::string_view baud, std::string_view port) {
   link_.SetDetectionInProgress(true);
   if (const auto error = OpenPort(baud, port)) return {Ending::kPortFailed, *error};
   events_.PortOpened();
+  status_.PortOpened();
   const Answer answer = link_.Exchange({.is_read = true, .address = address::kProductType});
   if (answer.outcome == Outcome::kClosed) return {Ending::kClosedMeanwhile, {}};
   const bool answered = answer.record.Valid;
   const Product* const product = answered ? FindSupportedProduct(answer.record.Value) : nullptr;
   if (product == nullptr) {
     port_.Close();
+    status_.PortClosed();
     return {answered ? Ending::kNotSupported : Ending::kNoAnswer, {}};
   }
   unit_connected_ = true;
   product_type_ = product->type;
   events_.UnitFound(*product);
+  status_.UnitFound();
   return {Ending::kOpened, {}};
 }
 
@@ -70,6 +75,7 @@ TransferReport Session::LoadTables(Progress& progress) {
 
 void Session::Close() {
   port_.Close();
+  status_.PortClosed();
   unit_connected_ = false;
   queue_.Abandon();
 }
