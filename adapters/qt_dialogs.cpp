@@ -3,10 +3,14 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
+#include <filesystem>
 
 #include "controls/title_width.h"
+#include "files/text_file.h"
 #include "panel/app_info.h"
 
 namespace kalde2 {
@@ -62,18 +66,88 @@ std::string ToPath(const QString& chosen) {
   return path.substr(first, path.find_last_not_of(' ') - first + 1);
 }
 
-std::optional<std::string> AskName(QWidget* parent, const FileDialogSetup& setup,
-                                   QFileDialog::AcceptMode mode) {
-  // The label names the pattern already, which is the form that the dialog takes a filter in.
-  QFileDialog dialog(parent, FromUtf8(setup.title), QCoreApplication::applicationDirPath(),
-                     FromUtf8(setup.filter_label));
-  dialog.setAcceptMode(mode);
-  dialog.setFileMode(QFileDialog::AnyFile);
-  dialog.setOption(QFileDialog::DontConfirmOverwrite);
-  dialog.setDefaultSuffix(FromUtf8(setup.default_extension));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return ToPath(dialog.selectedFiles().constFirst());
+/// @return true where saving would bring a file about. Tried without creating or changing anything.
+bool CanBeSaved(const std::string& path) {
+  const QFileInfo file(QFile::decodeName(path.c_str()));
+  const QFileInfo folder(file.absolutePath());
+  constexpr auto kWithoutChange =
+      QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly;
+  if (file.exists()) {
+    if (!file.isFile()) return false;
+    if (QFile(file.filePath()).open(kWithoutChange)) return true;
+    // It would be replaced, where others may not keep theirs from that.
+    std::error_code error;
+    const auto rights = std::filesystem::status(folder.filesystemFilePath(), error).permissions();
+    if ((rights & std::filesystem::perms::sticky_bit) != std::filesystem::perms::none) return false;
+  }
+  return folder.isDir() && folder.isWritable() && folder.isExecutable();
 }
+
+/// A file dialog that stays open, and says why, as long as the chosen file cannot be used.
+class CheckedFileDialog : public QFileDialog {
+ public:
+  CheckedFileDialog(QWidget* parent, const FileDialogSetup& setup, AcceptMode mode)
+      // The label names the pattern already, which is the form that the dialog takes a filter in.
+      : QFileDialog(parent, FromUtf8(setup.title), QCoreApplication::applicationDirPath(),
+                    FromUtf8(setup.filter_label)) {
+    setAcceptMode(mode);
+    setFileMode(AnyFile);
+    setOption(DontConfirmOverwrite);
+    setDefaultSuffix(FromUtf8(setup.default_extension));
+  }
+
+  /// The chosen path, in the file system's encoding; nullopt when the operator cancels.
+  std::optional<std::string> Ask() {
+    while (exec() == Accepted && !selectedFiles().isEmpty()) {
+      const std::string path = Chosen();
+      const QString problem = ProblemWith(path);
+      if (problem.isEmpty()) return path;
+      // A dialog of the desktop's own has closed before it could be asked to stay.
+      RunBox(this, problem.toStdString(), QMessageBox::Warning, {}, QMessageBox::Ok);
+    }
+    return std::nullopt;
+  }
+
+ protected:
+  void done(int result) override {
+    const bool can_stay = layout() != nullptr;
+    const QString problem =
+        result == Accepted && can_stay && !selectedFiles().isEmpty() ? ProblemWith(Chosen()) : "";
+    if (problem.isEmpty()) {
+      QFileDialog::done(result);
+    } else {
+      Say(problem);
+    }
+  }
+
+ private:
+  [[nodiscard]] std::string Chosen() const { return ToPath(selectedFiles().constFirst()); }
+
+  [[nodiscard]] QString ProblemWith(const std::string& path) const {
+    const QString name = FromUtf8(ShownFileName(path));
+    if (acceptMode() == AcceptSave) {
+      if (CanBeSaved(path)) return {};
+      return QStringLiteral("\"%1\" cannot be written there: choose another folder.").arg(name);
+    }
+    if (OpenForReading(path).is_open()) return {};
+    return QStringLiteral("\"%1\" cannot be read: choose another file.").arg(name);
+  }
+
+  void Say(const QString& problem) {
+    if (lbl_problem_ == nullptr) {
+      lbl_problem_ = new QLabel(this);
+      lbl_problem_->setObjectName(QStringLiteral("lbl_problem"));
+      lbl_problem_->setTextFormat(Qt::PlainText);
+      lbl_problem_->setWordWrap(true);
+      auto* const grid = static_cast<QGridLayout*>(layout());
+      grid->addWidget(lbl_problem_, grid->rowCount(), 0, 1, -1);
+    }
+    lbl_problem_->setText(problem);
+    lbl_problem_->show();
+  }
+
+  QLabel* lbl_problem_ = nullptr;
+};
 
 }  // namespace
 
@@ -87,11 +161,11 @@ bool QtMessageBoxes::Confirm(std::string_view prompt, std::string_view title) {
 }
 
 std::optional<std::string> QtFileDialogs::AskOpenName(const FileDialogSetup& setup) {
-  return AskName(parent_, setup, QFileDialog::AcceptOpen);
+  return CheckedFileDialog(parent_, setup, QFileDialog::AcceptOpen).Ask();
 }
 
 std::optional<std::string> QtFileDialogs::AskSaveName(const FileDialogSetup& setup) {
-  return AskName(parent_, setup, QFileDialog::AcceptSave);
+  return CheckedFileDialog(parent_, setup, QFileDialog::AcceptSave).Ask();
 }
 
 }  // namespace kalde2

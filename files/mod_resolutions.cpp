@@ -300,6 +300,7 @@ FetchEnding ResolutionData::ReadSlots(FetchEvents& events) {
   progress_.SetRange(0, slots == kCatalogueSize - 1 ? -1 : 0);
   for (std::size_t entry = 1; entry <= slots && link_.PortOpen(); ++entry) {
     progress_.SetValue(static_cast<int>(entry));
+    events.SlotBegins(entry, slots);
     ReadSlot(entry, events);
   }
   return link_.PortOpen() ? FetchEnding::kComplete : FetchEnding::kClosed;
@@ -327,9 +328,12 @@ std::string ResolutionData::Query(std::size_t slot, char part) {
   return answered ? reply : std::string();
 }
 
-void ResolutionData::WriteResolutionFile(std::string_view name) const {
+bool ResolutionData::WriteResolutionFile(std::string_view name) const {
   std::ofstream file = CreateAnew(std::string(name));
+  if (!file.is_open()) return false;
   WriteResolutions(file, table_);
+  file.close();
+  return !file.fail();
 }
 
 std::string_view ResolutionData::ReadResolutionFile(std::string_view name) {

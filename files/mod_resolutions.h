@@ -98,6 +98,9 @@ class FetchEvents {
  public:
   virtual ~FetchEvents() = default;
 
+  /// A slot is asked for, of so many. Counted from 1 here, as people count.
+  virtual void SlotBegins(std::size_t slot, std::size_t slot_count) = 0;
+
   /// The first reply of a slot, counted from 0, stays away.
   virtual void SlotUnread(std::size_t slot) = 0;
 
@@ -125,7 +128,8 @@ class ResolutionData {
   FetchEnding FetchResolutionData(FetchEvents& events);
 
   /// Writes the table to a new file of this name. Every error is ignored.
-  void WriteResolutionFile(std::string_view name) const;
+  /// @return true when the file has taken all of it
+  bool WriteResolutionFile(std::string_view name) const;
 
   /// Replaces the table with the file's records. A wrong header leaves a single empty entry; a file
   /// that cannot be opened counts as one with a wrong first line.

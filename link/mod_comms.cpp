@@ -67,9 +67,9 @@ bool CommandLink::SendAndReceive(std::string_view frame, std::string_view termin
     if (frame.empty()) return false;
     port_.Output(hex ? HexToWire(frame) : std::string(frame));
     WaitTimer(true, timeout);
-    if (AwaitReply(reply, timeout, is_complete)) return true;
+    if (AwaitReply(reply, timeout, is_complete)) return Ended(true);
   }
-  return false;
+  return Ended(false);
 } catch (const Fault&) {
   return false;
 }
@@ -87,11 +87,18 @@ bool CommandLink::SendAndReceiveCounted(std::string_view frame, std::string& rep
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     WaitTimer(true, timeout);
     if (!frame.empty()) port_.Output(hex ? HexToWire(frame) : std::string(frame));
-    if (AwaitReply(reply, timeout, is_complete)) return true;
+    if (AwaitReply(reply, timeout, is_complete)) return frame.empty() || Ended(true);
   }
-  return false;
+  return !frame.empty() && Ended(false);
 } catch (const Fault&) {
   return false;
+}
+
+/// Tells how a request ended. @return `answered`
+bool CommandLink::Ended(bool answered) const {
+  // A port that was closed in the last wait says nothing of the unit.
+  if (observer_ != nullptr && PortOpen()) observer_->RequestEnded(answered);
+  return answered;
 }
 
 /// Collects one attempt's reply. @return false when its deadline passes @throws Fault from the port

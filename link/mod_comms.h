@@ -48,6 +48,16 @@ class ReplySink {
   virtual void ApplyReply(ReplyRecord& record) = 0;
 };
 
+/// Who wants to know whether the unit speaks.
+class LinkObserver {
+ public:
+  virtual ~LinkObserver() = default;
+
+  /// A request was answered, be it with a refusal, or given up after its last time-out. Of one that
+  /// was never sent, or that a closed port or a fault ends, nothing is told.
+  virtual void RequestEnded(bool answered) = 0;
+};
+
 /// The transactions with the unit. One request is under way at a time; waiting for its reply serves
 /// user-interface events, so that anything may run inside a wait, a nested transaction included:
 /// the deadline and the last reply are shared by all.
@@ -55,6 +65,9 @@ class CommandLink {
  public:
   CommandLink(SerialPort& port, Clock& clock, ReplySink& sink)
       : port_(port), clock_(clock), sink_(sink) {}
+
+  /// Who is told how each request ends from now on, nullptr for nobody.
+  void SetObserver(LinkObserver* observer) { observer_ = observer; }
 
   /// One complete transaction, and what became of it.
   [[nodiscard]] Answer Exchange(const ParameterRequest& request);
@@ -124,10 +137,12 @@ class CommandLink {
   [[nodiscard]] Milliseconds TimeLeft() const;
   template <typename IsComplete>
   [[nodiscard]] bool AwaitReply(std::string& reply, Milliseconds timeout, IsComplete is_complete);
+  [[nodiscard]] bool Ended(bool answered) const;
 
   SerialPort& port_;
   Clock& clock_;
   ReplySink& sink_;
+  LinkObserver* observer_ = nullptr;
   ReceiveRing ring_;
   ReplyRecord last_reply_;
   Milliseconds deadline_{0};

@@ -48,8 +48,8 @@ struct ValueRange {
   std::int16_t maximum;
 };
 
-/// The limits of a parameter of the unit, 0 and 0 for one that is a list or none; every product that
-/// has the parameter has these.
+/// The limits of a parameter of the unit, 0 and 0 for one that is a list or none; every product
+/// that has the parameter has these.
 [[nodiscard]] ValueRange RangeOf(Address address);
 
 /// The builders of the three product families: each adds the parameters of the product, in its

@@ -4,6 +4,8 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 
+#include "controls/painting.h"
+#include "files/skip_on_fault.h"
 #include "link/fault.h"
 #include "link/scoped_flag.h"
 
@@ -17,6 +19,11 @@ QString FromLatin1(const std::string& text) {
 /// The parameter of a line of the command list.
 CatalogueIndex IndexOfLine(const QListWidgetItem& line) {
   return {static_cast<std::int16_t>(line.data(Qt::UserRole).toInt())};
+}
+
+/// Each parameter counts as a control of its own while its sending has to wait.
+std::string QueueName(CatalogueIndex index) {
+  return OperatorQueue::PartName("lst_commands", index.number);
 }
 
 }  // namespace
@@ -49,7 +56,11 @@ void CommandEditor::SelectSavedLine() {
     box.setCurrentRow(saved_command_line_);
     box.verticalScrollBar()->setValue(scrolled);
   }
-  if (!IsBeingEdited(IndexOfLine(*line))) lst_commands_Click();
+  if (IsBeingEdited(IndexOfLine(*line))) {
+    ShowWhetherSent();
+  } else {
+    lst_commands_Click();
+  }
 }
 
 bool CommandEditor::IsBeingEdited(CatalogueIndex index) const {
@@ -63,14 +74,13 @@ void CommandEditor::lst_commands_Click() {
   const auto selected = form_.lst_commands->selectedItems();
   if (selected.isEmpty()) return;
   const QListWidgetItem* const line = selected.front();
-  const CatalogueIndex index = IndexOfLine(*line);
+  current_command_ = IndexOfLine(*line);
   try {
     const ScopedFlag suppress(suppress_command_events_);
-    PrepareEditor(index);
+    PrepareEditor(current_command_);
   } catch (const Fault&) {
     // What could be prepared stays.
   }
-  current_command_ = index;
   saved_command_line_ = form_.lst_commands->row(line);
 }
 
@@ -80,8 +90,45 @@ void CommandEditor::PrepareEditor(CatalogueIndex index) {
   if (as_list) {
     FillChoices(index);
   } else {
-    form_.txt_commandval->setText(QString::number(list_.CurrentValue(index)));
+    const ParamRecord& record = list_.Record(index);
+    form_.txt_commandval->setToolTip(
+        QStringLiteral("%1 to %2. Enter sends").arg(record.MinValue).arg(record.MaxValue));
+    ShowRecorded();
   }
+}
+
+void CommandEditor::ShowRecorded() {
+  SkipOnFault([this] {
+    form_.txt_commandval->setText(QString::number(list_.CurrentValue(current_command_)));
+  });
+  ShowWhetherSent();
+}
+
+/// A number that the unit has not been sent, or cannot be, stands on a tinted ground.
+void CommandEditor::ShowWhetherSent() {
+  QLineEdit& field = *form_.txt_commandval;
+  QPalette own;
+  if (!IsSent(field.text())) {
+    constexpr float kTint = 0.3F;
+    const QPalette& colors = field.parentWidget()->palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+      own.setColor(group, QPalette::Base,
+                   Blend(colors.color(group, QPalette::Base),
+                         colors.color(group, QPalette::Highlight), kTint));
+    }
+  }
+  field.setPalette(own);
+}
+
+bool CommandEditor::IsSent(const QString& typed) const {
+  if (queue_.HasKept(QueueName(current_command_))) return false;
+  bool is_sent = false;
+  SkipOnFault([&] {
+    std::int32_t value = 0;
+    is_sent = list_.ReadTyped(current_command_, typed.toLatin1().toStdString(), value) &&
+              value == list_.CurrentValue(current_command_);
+  });
+  return is_sent;
 }
 
 void CommandEditor::ShowEditor(bool as_list) {
@@ -121,6 +168,12 @@ void CommandEditor::Step(int step) {
   Change(value);
 }
 
+void CommandEditor::txt_commandval_Leave(Qt::FocusReason reason) {
+  const bool comes_back = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason ||
+                          reason == Qt::ActiveWindowFocusReason;
+  if (!comes_back && !form_.txt_commandval->isHidden()) ShowRecorded();
+}
+
 void CommandEditor::txt_commandval_Enter() {
   if (suppress_command_events_) return;
   // Also a number that is refused is no longer being typed: the next rebuild replaces it.
@@ -133,17 +186,21 @@ void CommandEditor::txt_commandval_Enter() {
   Change(value);
 }
 
-/// Stores and sends. Each parameter counts as a control of its own while the sending has to wait.
+/// Stores and sends.
 void CommandEditor::Change(std::int32_t value) {
   const CatalogueIndex index = current_command_;
   const std::int16_t source = list_.WriteSource(index);
-  const auto store = [this, index, value] { values_.StoreParamValue(index, value); };
+  const auto store = [this, index, value] {
+    values_.StoreParamValue(index, value);
+    ShowWhetherSent();
+  };
   const auto send = [this, index, value, source, store] {
     store();
     (void)link_.SendParameter(kWrite, source, value, AddressOf(index));
     refresh_.Enable();
   };
-  queue_.Do(OperatorQueue::PartName("lst_commands", index.number), send, store);
+  queue_.Do(QueueName(index), send, store);
+  ShowWhetherSent();  // it may have to wait
 }
 
 }  // namespace kalde2

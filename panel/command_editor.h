@@ -34,6 +34,13 @@ class CommandEditor {
   /// Enter in `txt_commandval`: sends a number in the parameter's range and ignores any other.
   void txt_commandval_Enter();
 
+  /// The operator types: the field shows whether the number is another than the recorded one.
+  void txt_commandval_Edit() { ShowWhetherSent(); }
+
+  /// The focus leaves `txt_commandval`: what was typed and not sent is forgotten, unless the focus
+  /// is about to come back, as from a menu or another window.
+  void txt_commandval_Leave(Qt::FocusReason reason);
+
   [[nodiscard]] CatalogueIndex CurrentCommand() const { return current_command_; }
   [[nodiscard]] int SavedCommandLine() const { return saved_command_line_; }
 
@@ -43,6 +50,9 @@ class CommandEditor {
   void ShowEditor(bool as_list);
   void Step(int step);
   void Change(std::int32_t value);
+  void ShowRecorded();
+  void ShowWhetherSent();
+  [[nodiscard]] bool IsSent(const QString& typed) const;
   [[nodiscard]] bool IsBeingEdited(CatalogueIndex index) const;
 
   VornikForm& form_;

@@ -1,5 +1,6 @@
 #include "panel/frm_Progress.h"
 
+#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QStyleOptionProgressBar>
@@ -54,8 +55,9 @@ frm_Progress::frm_Progress(QWidget* owner, Clock& clock)
   ProgressBar->setObjectName(QStringLiteral("ProgressBar"));
   ProgressBar->setAccessibleName(QStringLiteral("Progress"));
   constexpr int kWidthInCharacters = 52;  // the longest caption with room to spare
-  lbl_progress->setMinimumWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
+  lbl_progress->setFixedWidth(fontMetrics().averageCharWidth() * kWidthInCharacters);
   auto* const rows = new QVBoxLayout(this);
+  rows->setSizeConstraint(QLayout::SetFixedSize);
   rows->addWidget(lbl_progress);
   rows->addWidget(ProgressBar);
 }
@@ -90,6 +92,14 @@ void frm_Progress::keyPressEvent(QKeyEvent* event) {
     QCoreApplication::sendEvent(parentWidget(), event);
   } else {
     QDialog::keyPressEvent(event);
+  }
+}
+
+void frm_Progress::closeEvent(QCloseEvent* event) {
+  if (is_closable_) {
+    QDialog::closeEvent(event);
+  } else {
+    event->ignore();
   }
 }
 

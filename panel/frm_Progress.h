@@ -23,8 +23,8 @@ class StillProgressBar : public QProgressBar {
 
 /// The progress window of long transfers: a label `lbl_progress` and a bar `ProgressBar`, which
 /// hold what a step sets from that moment on; only the painting waits for the next frame. Modeless
-/// and owned by the main window, which keeps the keyboard. Closing it only takes it out of sight;
-/// the transfer goes on. Esc is the main window's, as it is there.
+/// and owned by the main window, which keeps the keyboard. It cannot be closed away while its
+/// operation runs. Esc is the main window's, as it is there.
 class frm_Progress : public QDialog {
   Q_OBJECT
 
@@ -37,6 +37,9 @@ class frm_Progress : public QDialog {
 
   /// Sets the ends of the bar, and the bar to its beginning; with both 0 it stands still.
   void SetRange(int minimum, int maximum);
+
+  /// Whether the operator may close the window: not while what it shows still runs.
+  void SetClosable(bool closable) { is_closable_ = closable; }
 
   /// Sets the bar; a value outside the range is ignored.
   void SetValue(int value);
@@ -52,6 +55,7 @@ class frm_Progress : public QDialog {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void AwaitExposure();
@@ -60,6 +64,7 @@ class frm_Progress : public QDialog {
   QLabel* lbl_progress;
   StillProgressBar* ProgressBar;
   FrameLimiter frames_;
+  bool is_closable_ = true;
   bool is_new_on_screen_ = false;  ///< shown, and not waited for yet
 };
 

@@ -41,7 +41,8 @@ frm_vornik::frm_vornik(const Platform& platform)
       connection_(form_, session_, queue_, platform.clock, refresh_, progress_, platform.boxes,
                   OpenSteps()),
       settings_file_(session_.Unit(), platform.boxes, platform.dialogs),
-      resolution_menu_(resolutions_, session_.Link(), platform.clock, progress_, platform.boxes),
+      resolution_menu_(resolutions_, session_.Link(), platform.clock, progress_, platform.boxes,
+                       session_.Status()),
       clone_progress_(progress_, platform.clock, ShownProgress::Result::kGoesAtOnce),
       clone_(session_.Unit(), session_.Link(), clone_progress_),
       autoset_progress_(progress_, platform.clock, ShownProgress::Result::kStaysSlept),
@@ -49,6 +50,10 @@ frm_vornik::frm_vornik(const Platform& platform)
   setObjectName(QStringLiteral("frm_vornik"));
   setWindowTitle(QString::fromLatin1(AppInfo::kTitle));
   connect(&progress_, &frm_Progress::SleepFollows, &frames_, &FrameLimiter::PaintNow);
+  queue_.SetBulkListener([this](bool is_bulk) {
+    gate_.ShowBusy(is_bulk);
+    progress_.SetClosable(!is_bulk);
+  });
   Form_Load();
   ConnectConnection();
   ConnectControls();
@@ -151,7 +156,10 @@ void frm_vornik::ConnectConnection() {
   connect(form_.Cmd_openclose, &QPushButton::clicked, this, &frm_vornik::Cmd_openclose_Click);
   connect(form_.txt_port, &QLineEdit::textChanged, this, &frm_vornik::UpdatePortHint);
   platform_.ports.SetListener([this] { UpdatePortHint(); });
-  form_.txt_port->installEventFilter(this);
+  for (QWidget* const watched :
+       std::initializer_list<QWidget*>{form_.txt_port, form_.Cmd_openclose, form_.txt_commandval}) {
+    watched->installEventFilter(this);
+  }
   connect(form_.TmrProcessMessage, &QTimer::timeout, this, &frm_vornik::TmrProcessMessage_Timer);
   connect(form_.tmr_updatelstCommands, &QTimer::timeout, this,
           &frm_vornik::tmr_updatelstCommands_Timer);
@@ -187,6 +195,13 @@ void frm_vornik::keyPressEvent(QKeyEvent* event) {
 }
 
 bool frm_vornik::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == form_.Cmd_openclose) return IsSecondPress(*event);
+  if (watched == form_.txt_commandval) {
+    if (event->type() == QEvent::FocusOut) {
+      editor_.txt_commandval_Leave(static_cast<QFocusEvent*>(event)->reason());
+    }
+    return false;
+  }
   if (watched != form_.txt_port) return false;
   if (event->type() == QEvent::KeyPress) {
     return TypedIntoPort(*static_cast<QKeyEvent*>(event));
@@ -198,6 +213,13 @@ bool frm_vornik::eventFilter(QObject* watched, QEvent* event) {
     return CommittedIntoPort(*static_cast<QInputMethodEvent*>(event));
   }
   return false;
+}
+
+/// The second press of a double-click, and those of a key that is held: one press was meant, and
+/// what it has done is not to be undone.
+bool frm_vornik::IsSecondPress(const QEvent& event) {
+  return event.type() == QEvent::MouseButtonDblClick ||
+         (event.type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(event).isAutoRepeat());
 }
 
 /// @return true when the field is to see nothing more of the key
@@ -327,6 +349,8 @@ void frm_vornik::ConnectControls() {
           [&editor] { editor.lst_commands_Click(); });
   connect(form_.lst_commands, &QListWidget::itemClicked, this,
           [&editor](QListWidgetItem*) { editor.lst_commands_Click(); });
+  connect(form_.txt_commandval, &QLineEdit::textEdited, this,
+          [&editor](const QString&) { editor.txt_commandval_Edit(); });
   connect(form_.txt_commandval, &QLineEdit::returnPressed, this,
           Guarded([&editor] { editor.txt_commandval_Enter(); }));
 }
@@ -356,7 +380,11 @@ void frm_vornik::ConnectMenus() {
 }
 
 void frm_vornik::mnu_file_load_Click() {
-  queue_.Do("mnu_file_load", [this] { settings_file_.LoadSettingsFile(); });
+  queue_.Do("mnu_file_load", [this] {
+    const SettingsFile::Loaded loaded = settings_file_.LoadSettingsFile();
+    if (loaded == SettingsFile::Loaded::kNothing) return;
+    session_.Status().FileLoaded(loaded == SettingsFile::Loaded::kWhole);
+  });
 }
 
 void frm_vornik::mnu_file_save_Click() {
@@ -364,11 +392,12 @@ void frm_vornik::mnu_file_save_Click() {
 }
 
 void frm_vornik::mnu_clone_read_Click() {
-  queue_.DoInBulk("mnu_clone_read", [this] { clone_.CloneRead(); });
+  queue_.DoInBulk("mnu_clone_read", [this] { session_.Status().ValuesRead(clone_.CloneRead()); });
 }
 
 void frm_vornik::menu_clone_write_Click() {
-  queue_.DoInBulk("menu_clone_write", [this] { clone_.CloneWrite(); });
+  queue_.DoInBulk("menu_clone_write",
+                  [this] { session_.Status().ValuesWritten(clone_.CloneWrite()); });
 }
 
 void frm_vornik::mnu_function_refreshRes_Click() {

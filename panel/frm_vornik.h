@@ -70,6 +70,7 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   void Form_Load();
   void Cmd_openclose_Click();
   void txt_port_KeyPress(int& KeyAscii);
+  [[nodiscard]] static bool IsSecondPress(const QEvent& event);
   [[nodiscard]] bool TypedIntoPort(const QKeyEvent& key);
   [[nodiscard]] bool CommittedIntoPort(const QInputMethodEvent& event);
   [[nodiscard]] QString AcceptedByPort(const QString& typed);
@@ -102,6 +103,9 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   void UnitFound(const Product& product) override { connection_.ShowUnit(product); }
   void UnaskedArrived() override;
   void PortLost(const std::string& reason) override { connection_.ShowLoss(reason); }
+  void ShowStatus(const std::string& text) override {
+    form_.lbl_status->setText(QString::fromStdString(text));
+  }
 
   void UpdatePortHint();
 

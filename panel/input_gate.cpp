@@ -33,9 +33,44 @@ bool IsInput(const QEvent& event) {
 
 }  // namespace
 
-InputGate::InputGate(const QObject& controls, const OperatorQueue& queue)
+BusyControls::BusyControls(QWidget& frame) : frame_(frame) {
+  frame.setCursor(Qt::BusyCursor);
+  for (QWidget* const control : frame.findChildren<QWidget*>()) {
+    if (control->testAttribute(Qt::WA_SetCursor)) {
+      pointers_.push_back({control, control->cursor()});
+      control->setCursor(Qt::BusyCursor);
+    }
+    // The toolkit gives the focus before anything can swallow the click.
+    const Qt::FocusPolicy policy = control->focusPolicy();
+    if ((policy & Qt::ClickFocus) == 0) continue;
+    const auto meanwhile = static_cast<Qt::FocusPolicy>(policy & Qt::TabFocus);
+    focusables_.push_back({control, policy, meanwhile});
+    control->setFocusPolicy(meanwhile);
+  }
+}
+
+BusyControls::~BusyControls() {
+  frame_.unsetCursor();
+  for (const Pointer& pointer : pointers_) {
+    if (pointer.control != nullptr) pointer.control->setCursor(pointer.before);
+  }
+  for (const auto& [control, before, meanwhile] : focusables_) {
+    // A change of the view sets some anew, and is to stand.
+    if (control != nullptr && control->focusPolicy() == meanwhile) control->setFocusPolicy(before);
+  }
+}
+
+InputGate::InputGate(QWidget& controls, const OperatorQueue& queue)
     : controls_(controls), queue_(queue) {
   QCoreApplication::instance()->installEventFilter(this);
+}
+
+void InputGate::ShowBusy(bool is_busy) {
+  if (is_busy) {
+    busy_.emplace(controls_);
+  } else {
+    busy_.reset();
+  }
 }
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {

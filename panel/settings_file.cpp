@@ -24,6 +24,23 @@ constexpr FileDialogSetup kSaveDialog = {.title = "Save K2 file",
 constexpr std::string_view kSaved = "Settings saved to file";
 constexpr std::string_view kLoaded = "Loaded values from file";
 
+/// Hands on what is loaded, and knows whether anything was.
+class LoadedValues : public ReplySink {
+ public:
+  explicit LoadedValues(ReplySink& sink) : sink_(sink) {}
+
+  void ApplyReply(ReplyRecord& record) override {
+    any_ = true;
+    sink_.ApplyReply(record);
+  }
+
+  [[nodiscard]] bool Any() const { return any_; }
+
+ private:
+  ReplySink& sink_;
+  bool any_ = false;
+};
+
 /// The name that a dialog gave, without blanks around it and up to its first NUL.
 std::string ChosenPath(std::string_view name) {
   const std::string_view trimmed = Trimmed(name);
@@ -39,17 +56,19 @@ void SettingsFile::SaveSettingsFile(std::int32_t product_type) {
   boxes_.Show(kSaved, BoxIcon::kNone, "");
 }
 
-void SettingsFile::LoadSettingsFile() {
+SettingsFile::Loaded SettingsFile::LoadSettingsFile() {
   const auto name = dialogs_.AskOpenName(kOpenDialog);
-  if (!name) return;
+  if (!name) return Loaded::kNothing;
   const std::string path = ChosenPath(*name);
+  LoadedValues values(unit_);
   try {
-    LoadSettings(path, unit_);
+    LoadSettings(path, values);
   } catch (const Fault& fault) {
     boxes_.Show('"' + ShownFileName(path) + "\": " + fault.what(), BoxIcon::kCritical, "");
-    return;
+    return values.Any() ? Loaded::kInPart : Loaded::kNothing;
   }
   boxes_.Show(kLoaded, BoxIcon::kNone, "");
+  return values.Any() ? Loaded::kWhole : Loaded::kNothing;
 }
 
 }  // namespace kalde2

@@ -17,9 +17,12 @@ class SettingsFile {
   /// all the same.
   void SaveSettingsFile(std::int32_t product_type);
 
+  /// What came of a load.
+  enum class Loaded : std::uint8_t { kNothing, kInPart, kWhole };
+
   /// Asks for a file name and loads. A file that cannot be opened or has a malformed line ends the
   /// load with a message; what was applied before stays.
-  void LoadSettingsFile();
+  Loaded LoadSettingsFile();
 
  private:
   UnitModel& unit_;

@@ -83,6 +83,7 @@ VornikForm::VornikForm(QMainWindow& window) : window_(window) {
   CreateChecks();
   CreateButtons();
   CreateTimers();
+  lbl_status = Named(new StatusLine(content), "lbl_status");
   new MenuLetters(*window_.menuBar(), *fra_control);  // the menu bar's from here on
 
   auto* const rows = new QVBoxLayout(content);
@@ -390,7 +391,7 @@ void VornikForm::LayOutControls() {
   left->addLayout(picture);
   left->addWidget(Line(fra_control, QFrame::HLine));
   left->addLayout(LayOutKeyer());
-  left->addStretch(1);
+  left->addItem(new RoomFor(*lbl_status, *fra_control));
   QGridLayout* const shrink = LayOutShrink();
   AlignStrips(*picture, *shrink);
   LayOutCommands();
@@ -606,7 +607,7 @@ void VornikForm::CollectReplyControls() {
                         qobject_cast<QListWidget*>(widget) != nullptr;
     const bool own = widget->parentWidget() == fra_control ||
                      widget->parentWidget() == fra_control->parentWidget();
-    if (listed && own) reply_controls_.push_back(widget);
+    if (listed && own && widget != lbl_status) reply_controls_.push_back(widget);
   }
 }
 

@@ -20,6 +20,7 @@
 #include "controls/elided_label.h"
 #include "controls/line_list.h"
 #include "panel/control_table.h"
+#include "panel/status_line.h"
 
 class QBoxLayout;
 class QGridLayout;
@@ -145,6 +146,9 @@ class VornikForm {
   // Advanced view
   QLabel* lbl_shrink = nullptr;
   QLabel* lbl_shrinkv = nullptr;
+
+  /// Under the keyer, over `fra_control` and not in it: no reply, tag or enabling reaches it.
+  StatusLine* lbl_status = nullptr;
 
   /// Never visible: feeds two fixed frames to the decoder.
   QPushButton* cmd_test = nullptr;

@@ -21,6 +21,7 @@ void OperatorQueue::NoteNewest(std::string_view control) const {
 void OperatorQueue::Abandon() {
   kept_.clear();
   abandoned_ = running_ != nullptr;
+  TellBulk();
 }
 
 void OperatorQueue::Submit(Task task) {
@@ -44,14 +45,24 @@ void OperatorQueue::Keep(Task task) {
 }
 
 void OperatorQueue::Run(const Task& task) {
-  const ScopedValue running(running_, &task);
-  const ScopedFlag in_bulk(bulk_, task.bulk);
-  try {
-    task.job();
-  } catch (const Fault&) {
-    // Ends this job only.
+  {
+    const ScopedValue running(running_, &task);
+    const ScopedFlag in_bulk(bulk_, task.bulk);
+    TellBulk();
+    try {
+      task.job();
+    } catch (const Fault&) {
+      // Ends this job only.
+    }
+    abandoned_ = false;
   }
-  abandoned_ = false;
+  TellBulk();
+}
+
+void OperatorQueue::TellBulk() {
+  if (IsBulk() == told_bulk_) return;
+  told_bulk_ = IsBulk();
+  if (bulk_listener_) bulk_listener_(told_bulk_);
 }
 
 void OperatorQueue::RunKept() {

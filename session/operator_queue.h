@@ -37,6 +37,11 @@ class OperatorQueue {
   /// True while a bulk operation runs: input to the unit's controls does nothing.
   [[nodiscard]] bool IsBulk() const { return bulk_ && !abandoned_; }
 
+  /// Who is told when `IsBulk` changes, nobody with an empty one.
+  void SetBulkListener(std::function<void(bool is_bulk)> listener) {
+    bulk_listener_ = std::move(listener);
+  }
+
   /// True while what is asked for has to wait.
   [[nodiscard]] bool IsBusy() const { return running_ != nullptr; }
 
@@ -69,11 +74,14 @@ class OperatorQueue {
   void Keep(Task task);
   void Run(const Task& task);
   void RunKept();
+  void TellBulk();
   void NoteKept() const;
   static void Note(const Task& task);
 
   std::list<Task> kept_;
   const Task* running_ = nullptr;
+  std::function<void(bool)> bulk_listener_;
+  bool told_bulk_ = false;
   bool bulk_ = false;
   bool abandoned_ = false;
 };

@@ -11,9 +11,11 @@ Session::Session(SerialPort& port, Clock& clock, ReplyDisplay& display, RefreshT
     : port_(port),
       queue_(queue),
       events_(events),
+      status_(events),
       unit_(display, refresh),
       link_(port, clock, unit_) {
   LoadInputNames(unit_.input_names);
+  link_.SetObserver(&status_);
   port_.SetListener(this);
 }
 
@@ -31,6 +33,7 @@ OpenResult Session::Open(std::string_view baud, std::string_view port) {
   if (const auto error = OpenPort(baud, port)) return {Ending::kPortFailed, *error};
   is_open_ = true;
   events_.PortOpened();
+  status_.PortOpened();
   const Answer answer = link_.Exchange({.is_read = true, .address = address::kProductType});
   if (answer.outcome == Outcome::kClosed) return {Ending::kClosedMeanwhile, {}};
   const bool answered = answer.record.Valid;
@@ -42,6 +45,7 @@ OpenResult Session::Open(std::string_view baud, std::string_view port) {
   unit_connected_ = true;
   product_type_ = product->type;
   events_.UnitFound(*product);
+  status_.UnitFound();
   return {Ending::kOpened, {}};
 }
 
@@ -76,6 +80,7 @@ void Session::Close() {
 
 void Session::Shut() {
   port_.Close();
+  status_.PortClosed();
   is_open_ = false;
   unit_connected_ = false;
 }

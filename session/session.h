@@ -12,14 +12,13 @@
 #include "model/transfer_report.h"
 #include "model/unit_model.h"
 #include "session/operator_queue.h"
+#include "session/session_status.h"
 
 namespace kalde2 {
 
 /// What a front end is told of its session.
-class SessionEvents {
+class SessionEvents : public StatusDisplay {
  public:
-  virtual ~SessionEvents() = default;
-
   /// The port is open; the unit has not been asked yet.
   virtual void PortOpened() = 0;
 
@@ -93,6 +92,9 @@ class Session : public PortListener {
   /// Decodes the next of the frames that have arrived unasked. @return true when none is left
   bool ProcessUnasked() { return link_.ProcessUnasked(); }
 
+  /// What the session itself does not see - transfers, files - is to be told here.
+  [[nodiscard]] SessionStatus& Status() { return status_; }
+
   [[nodiscard]] UnitModel& Unit() { return unit_; }
   [[nodiscard]] CommandLink& Link() { return link_; }
 
@@ -106,6 +108,7 @@ class Session : public PortListener {
   SerialPort& port_;
   OperatorQueue& queue_;
   SessionEvents& events_;
+  SessionStatus status_;
   UnitModel unit_;
   CommandLink link_;
   bool is_open_ = false;

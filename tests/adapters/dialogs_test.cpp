@@ -1,12 +1,20 @@
 #include "adapters/qt_dialogs.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
+#include <functional>
+
+#include "tests/support/temp_folder.h"
 
 namespace kalde2 {
 namespace {
@@ -55,6 +63,94 @@ TEST(QtFileDialogsTest, OverwriteWithoutAsking) {
     dialog.reject();
   });
   EXPECT_EQ(dialogs.AskSaveName({"Save", "Text file (*.txt)", "*.txt", ".txt"}), std::nullopt);
+}
+
+/// What the dialog says of a file name, or that it took it.
+std::string Says(const std::function<std::optional<std::string>(QtFileDialogs&)>& ask,
+                 const QString& name) {
+  std::string said;
+  QtFileDialogs dialogs;
+  OnNext<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory(), QDir(QCoreApplication::applicationDirPath()));
+    auto* const field = dialog.findChild<QLineEdit*>("fileNameEdit");
+    field->setText(name);
+    QTest::keyClick(field, Qt::Key_Return);
+    if (!dialog.isVisible()) return;
+    const auto* const problem = dialog.findChild<QLabel*>("lbl_problem");
+    EXPECT_TRUE(problem != nullptr && problem->isVisible());
+    said = problem != nullptr ? problem->text().toStdString() : "";
+    dialog.reject();
+  });
+  const auto chosen = ask(dialogs);
+  return chosen ? "took " + std::filesystem::path(*chosen).filename().string() : said;
+}
+
+/// An ordinary user in a scope, whoever runs the tests.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() {
+    constexpr uid_t kNobody = 65534;
+    EXPECT_TRUE(!was_root_ || setresuid(kNobody, kNobody, 0) == 0);
+  }
+  ~OrdinaryUser() { EXPECT_TRUE(!was_root_ || setresuid(0, 0, 0) == 0); }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+ private:
+  bool was_root_ = getuid() == 0;
+};
+
+TEST(QtFileDialogsTest, StayOpenForAFileThatCannotBeUsedAndTouchNothing) {
+  namespace fs = std::filesystem;
+  const TempFolder folder;
+  fs::create_directory("closed");
+  for (const char* file : {"mine.txt", "kept.txt", "closed/old.txt", "closed/open.txt"}) {
+    WriteText(file, "as it was");
+  }
+  fs::permissions("kept.txt", fs::perms::none);
+  fs::permissions("closed/old.txt", fs::perms{0444});
+  fs::permissions("closed/open.txt", fs::perms{0222});
+  fs::permissions("closed", fs::perms{0555});
+  fs::permissions(".", fs::perms{0777});
+  const auto load = [](QtFileDialogs& dialogs) {
+    return dialogs.AskOpenName({"Open", "K2 (*.txt)", "*.txt", ""});
+  };
+  const auto save = [](QtFileDialogs& dialogs) {
+    return dialogs.AskSaveName({"Save", "K2 file (*.txt)", "*.txt", ".txt"});
+  };
+  const auto unreadable = [](const std::string& name) {
+    return '"' + name + "\" cannot be read: choose another file.";
+  };
+  const auto unwritable = [](const std::string& name) {
+    return '"' + name + "\" cannot be written there: choose another folder.";
+  };
+  const auto path = [](const char* name) { return QDir::current().filePath(name); };
+  const auto check_what_anyone_sees = [&] {
+    EXPECT_EQ(Says(load, path("mine.txt")), "took mine.txt");
+    EXPECT_EQ(Says(load, path("none.txt")), unreadable("none.txt"));
+    EXPECT_EQ(Says(save, path("mine")), "took mine.txt");
+    EXPECT_EQ(Says(save, path("new")), "took new.txt");
+    EXPECT_EQ(Says(save, path("kept.txt")), "took kept.txt") << "it is replaced";
+    EXPECT_EQ(Says(save, path("none/new")), unwritable("new.txt"));
+    EXPECT_EQ(Says(save, path("mine.txt/new")), unwritable("new.txt"));
+    EXPECT_EQ(Says(load, "/dev/null"), unreadable("null"));
+  };
+  check_what_anyone_sees();
+  {
+    const OrdinaryUser user;
+    check_what_anyone_sees();
+    EXPECT_EQ(Says(load, path("kept.txt")), unreadable("kept.txt"));
+    EXPECT_EQ(Says(save, path("closed/new")), unwritable("new.txt"));
+    EXPECT_EQ(Says(save, path("closed/old")), unwritable("old.txt"));
+    EXPECT_EQ(Says(save, path("closed/open")), "took open.txt");
+  }
+  if (getuid() == 0) {
+    EXPECT_EQ(Says(load, path("kept.txt")), "took kept.txt");
+    EXPECT_EQ(Says(save, path("closed/new")), "took new.txt");
+  }
+  fs::permissions("closed", fs::perms::owner_all);
+  EXPECT_FALSE(fs::exists("new.txt") || fs::exists("closed/new.txt") || fs::exists("none"));
+  for (const char* file : {"mine.txt", "closed/old.txt"}) EXPECT_EQ(ReadText(file), "as it was");
 }
 
 }  // namespace

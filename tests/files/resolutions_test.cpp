@@ -126,6 +126,9 @@ struct ResolutionDataTest : ::testing::Test, LinkFixture, FetchEvents {
     };
   }
 
+  void SlotBegins(std::size_t slot, std::size_t slot_count) override {
+    progress.log.push_back("slot " + std::to_string(slot) + "/" + std::to_string(slot_count));
+  }
   void SlotUnread(std::size_t slot) override { unread.push_back(slot); }
   void Fetched() override {
     EXPECT_EQ(progress.log.back(), "caption Saving file");
@@ -153,8 +156,9 @@ TEST_F(ResolutionDataTest, FetchesEverySlot) {
   EXPECT_THAT(table.Records(), ElementsAre(ResolutionRecord{}, whole, half));
   EXPECT_EQ(fetched, 1);
   EXPECT_THAT(unread, ElementsAre(1));
-  EXPECT_THAT(progress.log, ElementsAre("begin", "caption Reading ResolutionData", "range 0 0",
-                                        "value 1", "value 2", "caption Saving file", "end 1"));
+  EXPECT_THAT(progress.log,
+              ElementsAre("begin", "caption Reading ResolutionData", "range 0 0", "value 1",
+                          "slot 1/2", "value 2", "slot 2/2", "caption Saving file", "end 1"));
   EXPECT_FALSE(link.CommsBusy());
 }
 

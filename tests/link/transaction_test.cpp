@@ -98,6 +98,29 @@ TEST_F(Transaction, RefusalKeepsThePreviousFields) {
   EXPECT_THAT(display.log, IsEmpty());
 }
 
+TEST_F(Transaction, AnObserverHearsOnceARequestWhetherTheUnitSpoke) {
+  struct Observer : LinkObserver {
+    void RequestEnded(bool answered) override { heard += answered ? '+' : '-'; }
+    std::string heard;
+  } observer;
+  link.SetObserver(&observer);
+  AnswerOnly(3);
+  (void)WriteLockMode();
+  port.on_write = [](auto) { return "F00001\r"; };
+  (void)WriteLockMode();
+  EXPECT_EQ(observer.heard, "++") << "a refusal is an answer";
+  port.on_write = nullptr;
+  (void)WriteLockMode();
+  EXPECT_FALSE(link.SendAndReceiveCounted("47", reply, kSecond, true));
+  EXPECT_EQ(observer.heard, "++--");
+  EXPECT_FALSE(link.SendAndReceive("", "\r", reply, kSecond, true));
+  EXPECT_FALSE(link.SendAndReceiveCounted("", reply, kSecond, true));
+  clock.After(milliseconds(2999), [&] { port.Close(); });
+  (void)WriteLockMode();
+  (void)WriteLockMode();
+  EXPECT_EQ(observer.heard, "++--") << "nothing was asked, or the port closed";
+}
+
 TEST_F(Transaction, CountedReplyIsCollectedBehindNoiseWithoutFlowControl) {
   clock.After(milliseconds(10), [&] { port.Receive("noise"); });
   clock.After(milliseconds(900), [&] { port.Receive("S"); });

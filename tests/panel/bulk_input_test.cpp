@@ -72,6 +72,26 @@ class BulkInputTest : public PanelFixture, public ::testing::WithParamInterface<
     }
   }
 
+  /// Clicks on everything, which lets no focus move; the pointer says why.
+  void ExpectBusy() {
+    Focus(*Form().lst_commands);
+    const QWidget* const focused = Window().focusWidget();
+    for (QWidget* const widget : Form().fra_control->findChildren<QWidget*>()) {
+      if (!widget->isVisible()) continue;
+      QTest::mouseClick(widget, Qt::LeftButton);
+      EXPECT_EQ(Window().focusWidget(), focused);
+      EXPECT_TRUE(IsBusy(*widget)) << widget->objectName().toStdString();
+    }
+    EXPECT_FALSE(IsBusy(*Form().Cmd_openclose));
+    const bool was_shown = panel->Progress().isVisible();
+    panel->Progress().close();
+    EXPECT_EQ(panel->Progress().isVisible(), was_shown);
+  }
+
+  [[nodiscard]] static bool IsBusy(const QWidget& widget) {
+    return widget.cursor().shape() == Qt::BusyCursor;
+  }
+
   void PokeEverything() {
     Focus(*Form().fra_control);
     for (QWidget* const widget : Form().fra_control->findChildren<QWidget*>()) {
@@ -88,15 +108,23 @@ class BulkInputTest : public PanelFixture, public ::testing::WithParamInterface<
 
 TEST_P(BulkInputTest, InputToTheUnitsControlsDoesNothing) {
   const Frames undisturbed = RunAnd([] {});
+  Tick("tmr_updatelstCommands");
+  SelectLine("Zoom Pan H");  // with its editor, which has a pointer of its own
   if (IsOpening()) Press("Cmd_openclose");
-
   const Frames frames = RunAnd([this] {
+    ExpectBusy();
     PokeEverything();
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   });
   EXPECT_EQ(frames, undisturbed);
   EXPECT_TRUE(boxes.shown.empty() && boxes.confirmations.empty());
   EXPECT_TRUE(dialogs.opened.empty() && dialogs.saved.empty());
+  EXPECT_FALSE(IsBusy(*Form().cmd_fade) || IsBusy(*Form().txt_commandval));
+  for (QWidget* const control :
+       {static_cast<QWidget*>(Form().cmd_fade), static_cast<QWidget*>(Form().txt_commandval)}) {
+    QTest::mouseClick(control, Qt::LeftButton);
+    EXPECT_EQ(Window().focusWidget(), control);
+  }
 }
 
 TEST_P(BulkInputTest, EndedByEscInTheProgressWindowAndReopenedItStartsAfresh) {
@@ -105,12 +133,14 @@ TEST_P(BulkInputTest, EndedByEscInTheProgressWindowAndReopenedItStartsAfresh) {
     before = port.written.size();
     QTest::keyClick(&panel->Progress(), Qt::Key_Escape);
     ExpectShowsClosed();
-    EXPECT_FALSE(panel->Progress().isVisible());
+    EXPECT_EQ(Status(), "");
+    EXPECT_FALSE(panel->Progress().isVisible() || IsBusy(*Form().cmd_fade));
     // The reply that is still due would be taken for the answer to the first question.
     clock.Advance(milliseconds(kLatency));
     Press("Cmd_openclose");
   });
   ExpectShowsOpen();
+  EXPECT_EQ(Status(), "Values have not been read: Clone > Read fetches them");
   ASSERT_GT(frames.size(), before);
   EXPECT_EQ(frames[before], ReadOf(196)) << "nothing more of the operation itself";
   EXPECT_EQ(frames.back(), WriteOf(278, 16));

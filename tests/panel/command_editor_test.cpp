@@ -30,6 +30,12 @@ class Editor : public PanelFixture {
     QTest::keyClicks(&Value(), QLatin1String(text));
   }
 
+  [[nodiscard]] bool IsTinted() {
+    const QPalette& around = Value().parentWidget()->palette();
+    return Value().palette().color(QPalette::Active, QPalette::Base) !=
+           around.color(QPalette::Active, QPalette::Base);
+  }
+
   /// Lets the unit change a value, and the list follow.
   void ChangeAtUnit(int address, std::int32_t value) {
     Unasked(unit->ChangeAtFrontPanel(address, 16, value));
@@ -143,6 +149,50 @@ TEST_F(Editor, LineIsSelectedAgainByItsPlace) {
   ChangeAtUnit(258, 1);
   EXPECT_EQ(List().currentRow(), pan);
   EXPECT_NE(panel->Editor().CurrentCommand(), IndexOf(159));
+}
+
+TEST_F(Editor, TintsANumberThatIsNotSentAndForgetsItWhenTheFieldIsLeft) {
+  OpenSettled();
+  ChangeAtUnit(222, 5);
+  Select(222);
+  EXPECT_EQ(Value().toolTip(), "-120 to 100. Enter sends");
+  const auto leave = [this] { QTest::keyClick(&Value(), Qt::Key_Tab); };
+  const std::tuple<const char*, bool, const char*> cases[] = {
+      {"6", true, "5"},    {"5", false, "5"}, {"121", true, "5"},   {"121\r", true, "5"},
+      {"7\r", false, "7"}, {"", true, "7"},   {"7.2\r", false, "7"}};
+  for (const auto& [typed, tinted, left] : cases) {
+    SCOPED_TRACE(typed);
+    Focus(Value());
+    Value().clear();
+    Type("0");
+    QTest::keyClick(&Value(), Qt::Key_Backspace);
+    QTest::keyClicks(&Value(), QLatin1String(typed));
+    EXPECT_EQ(IsTinted(), tinted);
+    leave();
+    EXPECT_EQ(Value().text(), left);
+    EXPECT_FALSE(IsTinted() || Value().hasFocus());
+  }
+  EXPECT_EQ(Written(), (Frames{WriteOf(222, 7), WriteOf(222, 7)}));
+
+  // What the unit says while something is typed counts, too; a menu is no leaving.
+  Focus(Value());
+  Type("8");
+  QFocusEvent menu(QEvent::FocusOut, Qt::MenuBarFocusReason);
+  QCoreApplication::sendEvent(&Value(), &menu);
+  EXPECT_TRUE(Value().text() == "8" && IsTinted());
+  ChangeAtUnit(222, 8);
+  EXPECT_FALSE(IsTinted());
+
+  // What has to wait for its turn is not sent yet.
+  ASSERT_FALSE(unit->Faults().Add("late=5"));
+  clock.After(std::chrono::milliseconds(2), [this] {
+    Type("9\r");
+    EXPECT_TRUE(IsTinted());
+  });
+  clock.After(std::chrono::milliseconds(7), [this] { EXPECT_FALSE(IsTinted()) << "on its way"; });
+  Type("10\r");
+  EXPECT_FALSE(IsTinted());
+  EXPECT_EQ(Written(), (Frames{WriteOf(222, 10), WriteOf(222, 9)}));
 }
 
 TEST_F(Editor, RebuildLeavesAHalfTypedNumber) {

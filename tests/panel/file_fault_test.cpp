@@ -34,12 +34,14 @@ Box NotLoaded(std::string_view name, std::string_view why) {
 
 constexpr std::string_view kHead = "[1.0]\r\n[DEVICE]\r\n35\r\n[GENERAL1A]\r\n";
 
-struct FileFaultTest : ::testing::Test, LinkFixture {
+struct FileFaultTest : ::testing::Test, LinkFixture, StatusDisplay {
   FileFaultTest() {
     LoadProduct(35);
     Fit({0, 3});
     dialogs.name = "panel.txt";
   }
+
+  void ShowStatus(const std::string& text) override { status_line = text; }
 
   /// The lines of a resolution data file with this many entries.
   std::string ResolutionText(std::size_t upper) {
@@ -57,6 +59,8 @@ struct FileFaultTest : ::testing::Test, LinkFixture {
   ResolutionTable table;
   ResolutionData data{table, link, progress};
   frm_Progress window{nullptr, clock};
+  SessionStatus status{*this};
+  std::string status_line;
 };
 
 TEST_F(FileFaultTest, AFullDiskCutsTheSettingsFileAndTheSaveReportsSuccess) {
@@ -77,7 +81,7 @@ TEST_F(FileFaultTest, AFullDiskCutsTheResolutionFileAndTheFetchEndsAsEver) {
   };
   {
     const FullDisk disk(70);
-    ResolutionMenu(table, link, clock, window, boxes).FetchResolutionData();
+    ResolutionMenu(table, link, clock, window, boxes, status).FetchResolutionData();
   }
   EXPECT_EQ(ReadText("resdata.txt"), ResolutionText(2).substr(0, 70));
   EXPECT_FALSE(window.isVisible() || link.CommsBusy());
@@ -85,7 +89,8 @@ TEST_F(FileFaultTest, AFullDiskCutsTheResolutionFileAndTheFetchEndsAsEver) {
   EXPECT_THAT(boxes.shown, IsEmpty());
   EXPECT_EQ(table.Size(), 3U);
   // The next start meets what is left of it.
-  EXPECT_TRUE(ResolutionMenu(table, link, clock, window, boxes).FillResolutionList().empty());
+  EXPECT_TRUE(
+      ResolutionMenu(table, link, clock, window, boxes, status).FillResolutionList().empty());
   EXPECT_THAT(boxes.shown, ElementsAre(kCorrupted));
 }
 

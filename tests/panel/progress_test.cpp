@@ -69,5 +69,17 @@ TEST_F(ProgressWindow, HoldsWhatAStepSetsBeforeItsRequestGoesOut) {
   EXPECT_EQ(autoset.back().label, "Autoset complete reading adjustments");
 }
 
+TEST_F(ProgressWindow, StaysAfterAFetchThatFailsUntilItIsClosed) {
+  StartAndOpen();
+  ASSERT_FALSE(unit->Faults().Add("error-reply"));
+  Choose("mnu_function_refreshRes");
+  frm_Progress& window = panel->Progress();
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_EQ(window.minimumSize(), window.maximumSize());
+  EXPECT_FALSE(window.windowFlags() & Qt::WindowMinMaxButtonsHint);
+  window.close();
+  EXPECT_FALSE(window.isVisible());
+}
+
 }  // namespace
 }  // namespace kalde2

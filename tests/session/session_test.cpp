@@ -42,6 +42,7 @@ class SessionTest : public testing::Test, private SessionEvents {
   void UnitFound(const Product& product) override { told.emplace_back(product.model_code); }
   void UnaskedArrived() override { told.emplace_back("unasked"); }
   void PortLost(const std::string& reason) override { told.push_back(reason); }
+  void ShowStatus(const std::string& /*text*/) override {}
 };
 
 TEST_F(SessionTest, OpeningAsksForTheTypeAndChangesNothing) {

@@ -24,6 +24,9 @@ class WindowFixture : public ::testing::Test {
     return object;
   }
 
+  /// What the line under the keyer says.
+  [[nodiscard]] std::string Status() const { return Form().lbl_status->text().toStdString(); }
+
   /// A press with the mouse on a button, check box or option button.
   void Press(const char* button) const {
     auto* const widget = Find<QAbstractButton>(button);

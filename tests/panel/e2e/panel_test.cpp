@@ -232,6 +232,49 @@ TEST_F(EndToEnd, AClickOnASlowLineIsOneRequestAndALimitIsShownOnRelease) {
   EXPECT_EQ(zoom.Value(), 150);
 }
 
+TEST_F(EndToEnd, ADoubleClickOnOpenPortOpensOnce) {
+  StartUnit();
+  StartPanel();
+  Rest(100ms);  // the device's name moves the button
+  QPushButton& button = *Form().Cmd_openclose;
+  QWindow* const window = Window().windowHandle();
+  const QPoint middle = button.mapTo(&Window(), button.rect().center());
+  // The toolkit itself finds the second click, which comes behind the opening.
+  QTest::mouseDClick(window, Qt::LeftButton, {}, middle);
+  ExpectShowsOpen();
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, "\r", true);
+  QCoreApplication::sendEvent(&button, &held);
+  ExpectShowsOpen();
+  QTest::mouseClick(window, Qt::LeftButton, {}, middle);
+  ExpectShowsClosed();
+}
+
+TEST_F(EndToEnd, TheStatusLineTellsOfAUnitThatIsNotThere) {
+  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
+  constexpr auto kSilent = "The unit does not answer";
+  unit->Command("fault silent");
+  ASSERT_TRUE(unit->Says("faults: "));
+  QTest::keyClick(Form().Slider("slide_ymin"), Qt::Key_Right);
+  EXPECT_EQ(Status(), kSilent);
+  Rest(200ms);
+  EXPECT_EQ(Status(), kSilent);
+  Press("Cmd_openclose");
+  EXPECT_EQ(Status(), "");
+  QTimer::singleShot(500ms, &Window(), [this] {
+    EXPECT_EQ(Status(), "Looking for the unit... Esc stops");
+    QTest::keyClick(&Window(), Qt::Key_Escape);
+    EXPECT_EQ(Status(), "");
+  });
+  Press("Cmd_openclose");
+  EXPECT_EQ(Status(), "");
+  ExpectShowsClosed();
+  unit->Command("fault none");
+  Press("Cmd_openclose");
+  EXPECT_EQ(Status(), "Values have not been read: Clone > Read fetches them");
+  unit->Command("hang-up");
+  EXPECT_TRUE(Becomes([this] { return Status().empty(); }));
+}
+
 TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
   ASSERT_NO_FATAL_FAILURE(StartAndOpen());
   // What the unit says of itself would else get into the midst of what it is asked.
