@@ -52,7 +52,7 @@ TransferReport CloneTransfer::ForEachParameter(std::string_view caption,
 }
 
 void CloneTransfer::Transfer(const RequestFor& request_for, TransferReport& report) {
-  for (const CatalogueIndex index : CatalogueIndexes()) {
+  for (const CatalogueIndex index : kCatalogueIndexes) {
     progress_.SetValue(index.number);
     const ParamRecord& record = unit_.catalogue.Record(index);
     if (!record.Active) continue;

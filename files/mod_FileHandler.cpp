@@ -128,7 +128,7 @@ class SettingsParser {
 };
 
 void WriteGeneralLines(std::ostream& file, const UnitModel& unit) {
-  for (const CatalogueIndex index : CatalogueIndexes()) {
+  for (const CatalogueIndex index : kCatalogueIndexes) {
     if (!unit.catalogue.Record(index).Active) continue;
     file << std::to_string(AddressOf(index)) << ','
          << SignedText(unit.values.ParamValue(index.number)) << kLineEnd;
@@ -138,7 +138,7 @@ void WriteGeneralLines(std::ostream& file, const UnitModel& unit) {
 void WriteSourceLines(std::ostream& file, UnitModel& unit) {
   // Lives across lines: a value that does not fit is written as the line before it was.
   std::int16_t value = 0;
-  for (const CatalogueIndex index : CatalogueIndexes()) {
+  for (const CatalogueIndex index : kCatalogueIndexes) {
     const ParamRecord& record = unit.catalogue.Record(index);
     if (!record.PerSource || !record.Active) continue;
     for (const int source : ApplicableSources(record, unit.connectivity)) {

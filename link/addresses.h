@@ -1,8 +1,9 @@
 #pragma once
 
+#include <array>
 #include <compare>
+#include <cstddef>
 #include <cstdint>
-#include <ranges>
 #include <utility>
 
 #include "link/fault.h"
@@ -67,9 +68,10 @@ struct CatalogueIndex {
 }
 
 /// All indexes of the catalogue, ascending.
-[[nodiscard]] inline auto CatalogueIndexes() {
-  return std::views::iota(std::int16_t{0}, std::int16_t{kCatalogueSize}) |
-         std::views::transform([](std::int16_t number) { return CatalogueIndex{number}; });
-}
+inline constexpr auto kCatalogueIndexes = [] {
+  std::array<CatalogueIndex, kCatalogueSize> indexes{};
+  for (std::size_t i = 0; i < indexes.size(); ++i) indexes[i].number = static_cast<std::int16_t>(i);
+  return indexes;
+}();
 
 }  // namespace kalde2

@@ -39,7 +39,7 @@ TEST(Catalogue, ProductsHaveTheirParametersInTheirOrder) {
       for (const CatalogueIndex index : catalogue.ActiveParams()) order.push_back(AddressOf(index));
       EXPECT_EQ(order, Numbers(addresses)) << type;
       int active = 0;
-      for (const CatalogueIndex index : CatalogueIndexes()) {
+      for (const CatalogueIndex index : kCatalogueIndexes) {
         active += catalogue.Record(index).Active ? 1 : 0;
       }
       EXPECT_EQ(active, static_cast<int>(order.size())) << type;
