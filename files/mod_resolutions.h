@@ -129,7 +129,7 @@ class ResolutionData {
 
   /// Writes the table to a new file of this name. Every error is ignored.
   /// @return true when the file has taken all of it
-  bool WriteResolutionFile(std::string_view name) const;
+  [[nodiscard]] bool WriteResolutionFile(std::string_view name) const;
 
   /// Replaces the table with the file's records. A wrong header leaves a single empty entry; a file
   /// that cannot be opened counts as one with a wrong first line.

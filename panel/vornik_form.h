@@ -181,7 +181,7 @@ class VornikForm {
   QBoxLayout* LayOutEditor();
   QGridLayout* LayOutShrink();
   void AlignStrips(QGridLayout& picture, QGridLayout& shrink) const;
-  QGridLayout* NewGrid() const;
+  [[nodiscard]] QGridLayout* NewGrid() const;
   void SetTabOrder();
   void CollectReplyControls();
 

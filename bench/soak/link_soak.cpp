@@ -45,7 +45,7 @@ struct LinkSoak : ::testing::Test, LinkFixture {
   }
 
   /// A value that the parameter can take.
-  std::int32_t ValueFor(int index) {
+  std::int32_t ValueFor(CatalogueIndex index) {
     constexpr std::uint32_t kListItems = 4;
     const ParamRecord& record = catalogue.Record(index);
     if (record.HasList) return static_cast<std::int32_t>(random() % kListItems);
@@ -56,7 +56,7 @@ struct LinkSoak : ::testing::Test, LinkFixture {
   /// faults changing all the while. @return how many were answered in order
   long Run(long transactions) {
     constexpr long kEachFault = 1000;
-    const std::vector<std::int16_t>& parameters = catalogue.ActiveParams();
+    const std::vector<CatalogueIndex>& parameters = catalogue.ActiveParams();
     long answered = 0;
     for (long i = 0; i < transactions; ++i) {
       const char* const fault =
@@ -65,9 +65,9 @@ struct LinkSoak : ::testing::Test, LinkFixture {
         (void)unit.Faults().Add("none");
         EXPECT_FALSE(unit.Faults().Add(fault).has_value());
       }
-      const auto parameter = parameters[random() % parameters.size()];
+      const CatalogueIndex parameter = parameters[random() % parameters.size()];
       const std::int32_t value = ValueFor(parameter);
-      const auto address = static_cast<std::int16_t>(parameter + kFirstAddress);
+      const Address address = AddressOf(parameter);
       const bool is_read = random() % 2 == 0;
       const ReplyRecord reply = Transact(is_read, address, value);
       const bool in_order = reply.Valid && reply.Address == address &&
@@ -95,15 +95,15 @@ TEST_F(LinkSoak, AMillionTransactionsUnderChangingFaults) {
 
   // No drift: with the faults gone, the panel's values become the unit's.
   (void)unit.Faults().Add("none");
-  for (const std::int16_t index : catalogue.ActiveParams()) {
-    const auto address = static_cast<std::int16_t>(index + kFirstAddress);
+  for (const CatalogueIndex index : catalogue.ActiveParams()) {
+    const Address address = AddressOf(index);
     ASSERT_TRUE(Transact(true, address, 0).Valid) << address;
   }
   values.SetParamValue(ValueStore::kCurrentSource, kFirstSourceCode);
-  for (const std::int16_t index : catalogue.ActiveParams()) {
-    const int address = index + kFirstAddress;
+  for (const CatalogueIndex index : catalogue.ActiveParams()) {
+    const Address address = AddressOf(index);
     constexpr int kOnSourceLoss = 163;  // its replies go to the column that element 278 numbers
-    if (index == ValueStore::kCurrentSource || address == kOnSourceLoss) continue;
+    if (address == address::kSetupSource || address == kOnSourceLoss) continue;
     EXPECT_EQ(values.GetParamValue(index), unit.Value(address, kFirstSourceCode)) << address;
   }
 }

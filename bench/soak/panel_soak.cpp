@@ -28,8 +28,7 @@ class PanelSoak : public PanelFixture {
     for (long i = 0; i < frames; i += kBurst) {
       std::string burst;
       for (long k = 0; k < kBurst; ++k) burst += unit->NextUnaskedFrame();
-      port.Receive(burst);
-      Window().MSComm1_OnComm();
+      port.Arrive(burst);
       for (long k = 0; k < kBurst; ++k) Tick("TmrProcessMessage");
       QCoreApplication::processEvents();
     }
@@ -63,7 +62,7 @@ TEST_F(PanelSoak, AHundredThousandUnaskedFrames) {
   SendUnasked(kFrames);
   memory.Finish(kFrames, "unasked frames");
   // No frame is lost or late: the panel shows what the unit sent last.
-  EXPECT_EQ(panel->UnitSession().Unit().values.ParamValue(IndexOf(kZoomPanH)),
+  EXPECT_EQ(panel->UnitSession().Unit().values.GetParamValue(IndexOf(kZoomPanH)),
             unit->Value(kZoomPanH, 16));
 }
 

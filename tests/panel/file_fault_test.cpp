@@ -101,7 +101,7 @@ TEST_F(FileFaultTest, AFolderThatCannotBeWrittenToKeepsItsFiles) {
   chmod("secret.txt", 0);
   const UnwritableFolder unwritable(".");
   table.Reset(7);
-  data.WriteResolutionFile("resdata.txt");
+  EXPECT_FALSE(data.WriteResolutionFile("resdata.txt"));
   for (const char* name : {"panel.txt", "new.txt", "panel.txt/below.txt"}) {
     dialogs.name = name;
     settings.SaveSettingsFile(35);
