@@ -5,12 +5,13 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QStandardPaths>
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
 
+#include "adapters/signal_pipe.h"
 #include "simulator/faults.h"
-#include "simulator/stop_signal.h"
 #include "simulator/unit_loop.h"
 
 namespace {
@@ -163,13 +164,16 @@ int main(int argc, char* argv[]) {
   const std::optional<Settings> settings = reader.Read();
   if (!settings) return Fail(reader.Problem());
 
-  const kalde2::StopSignal stop_signal;
+  // What a script starts in its background ignores Ctrl+C; the unit is to take its link away all
+  // the same, and outlives the reader of its output.
+  const kalde2::SignalPipe end_signals(kalde2::SignalPipe::Ignored::kCaught);
+  std::signal(SIGPIPE, SIG_IGN);
   kalde2::UnitLoop loop(settings->unit, settings->loop,
                         [](const std::string& line) { std::cout << line << std::endl; });
   for (const std::string& fault : settings->faults) {
     if (const auto problem = loop.Unit().AddFault(fault)) return Fail(*problem);
   }
   if (const auto problem = loop.Plug()) return Fail(*problem);
-  loop.Run(stop_signal.Descriptor(), STDIN_FILENO);
+  loop.Run(end_signals.Descriptor(), STDIN_FILENO);
   return EXIT_SUCCESS;
 }

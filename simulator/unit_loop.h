@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
+#include "adapters/port_link.h"
+#include "adapters/pseudo_terminal.h"
 #include "simulator/front_panel.h"
 #include "simulator/paced_queue.h"
-#include "simulator/port_link.h"
-#include "simulator/pseudo_terminal.h"
 #include "simulator/unit.h"
 
 namespace kalde2 {

@@ -2,19 +2,22 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace kalde2 {
 
-/// The symbolic link `ports/<n>` under which a panel finds the unit. Removed with the object, if it
-/// is still the one that was made.
+/// The symbolic link `ports/<n>` under which a panel finds a line that a program offers. Removed
+/// with the object, if it is still the one that was made.
 class PortLink {
  public:
   struct Making;
 
   /// Links `device` as port `number` in `folder` ("<configuration>/KALDE2"), making the folders
   /// that are missing. A link that exists is never replaced, whether its device lives or not.
-  [[nodiscard]] static Making Make(const std::string& folder, int number,
-                                   const std::string& device);
+  /// @param cure what to say ahead of the next number that is free, where `number` is taken; for
+  ///   example "for a second unit use --port"
+  [[nodiscard]] static Making Make(const std::string& folder, int number, const std::string& device,
+                                   std::string_view cure);
 
   PortLink(std::string path, std::string device);
   ~PortLink();
