@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "simulator/unit_loop.h"
+#include "trace/trace_file.h"
 
 namespace kalde2 {
 namespace {
