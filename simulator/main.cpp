@@ -7,12 +7,14 @@
 #include <QStandardPaths>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <optional>
 
 #include "adapters/signal_pipe.h"
 #include "simulator/faults.h"
 #include "simulator/unit_loop.h"
+#include "trace/trace_file.h"
 
 namespace {
 
@@ -35,6 +37,8 @@ QList<QCommandLineOption> Options() {
       {"autoset-reads", "Status reads that autoset stays busy for (default 3).", "COUNT", "3"},
       {"resolutions", "Count (0..255) of built-in resolutions, or a resolution data file.",
        "COUNT|FILE", QString::number(kalde2::kFactoryResolutionSlots)},
+      {"replay", "Answer as the unit of a trace file did, and refuse what was never asked there.",
+       "FILE"},
       {"fault",
        "A fault, may be repeated; help on standard input explains them: " +
            QString::fromStdString(kalde2::FaultNames()) + '.',
@@ -79,6 +83,7 @@ class SettingsReader {
     settings.unit.autoset_reads = Number("autoset-reads", 0, 1'000'000);
     ReadSources(settings.unit);
     ReadResolutions(settings.unit);
+    if (parser_.isSet("replay")) ReadRecorded(settings.unit);
     for (const QString& fault : parser_.values("fault")) {
       settings.faults.push_back(fault.toStdString());
     }
@@ -128,6 +133,23 @@ class SettingsReader {
                    .arg(QString::fromStdString(reading.problem)));
     }
     unit.resolutions = std::move(reading.resolutions);
+  }
+
+  /// The recorded unit's type gives the frames their names.
+  void ReadRecorded(UnitOptions& unit) {
+    const std::string name = parser_.value("replay").toStdString();
+    std::ifstream file(name, std::ios::binary);
+    const kalde2::TraceReading reading = kalde2::ReadTrace(file);
+    if (!file.is_open()) Complain(QString::fromStdString("cannot read " + name));
+    if (reading.problem) {
+      Complain(QString::fromStdString(name + ':' + std::to_string(reading.problem->line) + ": " +
+                                      reading.problem->text));
+    }
+    unit.recorded.emplace(reading.trace.events);
+    if (parser_.isSet("type")) return;
+    kalde2::RecordedReplies replies = *unit.recorded;
+    const auto type = kalde2::ReadOwnReply(replies.Next("F84104100C499\r").value_or(""));
+    if (type) unit.product_type = type->value;
   }
 
   void Complain(const QString& problem) {
