@@ -33,11 +33,10 @@ std::string TakenProblem(const fs::path& path, int number, std::string_view cure
 
 PortLink::Making PortLink::Make(const std::string& folder, int number, const std::string& device,
                                 std::string_view cure) {
-  const fs::path ports = fs::path(folder) / "ports";
-  const fs::path path = ports / std::to_string(number);
+  const fs::path path = fs::path(folder) / std::to_string(number);
   std::error_code error;
-  fs::create_directories(ports, error);
-  if (error) return {nullptr, "cannot make " + ports.string() + ": " + error.message()};
+  fs::create_directories(folder, error);
+  if (error) return {nullptr, "cannot make " + folder + ": " + error.message()};
   fs::create_symlink(device, path, error);
   if (error == std::errc::file_exists) return {nullptr, TakenProblem(path, number, cure)};
   if (error) return {nullptr, "cannot make " + path.string() + ": " + error.message()};

@@ -12,8 +12,9 @@ class PortLink {
  public:
   struct Making;
 
-  /// Links `device` as port `number` in `folder` ("<configuration>/KALDE2"), making the folders
-  /// that are missing. A link that exists is never replaced, whether its device lives or not.
+  /// Links `device` as port `number` in `folder` ("<configuration>/KALDE2/ports"), making the
+  /// folders that are missing. A link that exists is never replaced, whether its device lives or
+  /// not.
   /// @param cure what to say ahead of the next number that is free, where `number` is taken; for
   ///   example "for a second unit use --port"
   [[nodiscard]] static Making Make(const std::string& folder, int number, const std::string& device,

@@ -76,7 +76,7 @@ class SettingsReader {
     settings.loop.baud = Number("baud", 0, 4'000'000);
     settings.loop.quiet = parser_.isSet("quiet");
     settings.loop.link_folder =
-        (QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/KALDE2")
+        (QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/KALDE2/ports")
             .toStdString();
     settings.unit.product_type = Number("type", -0x800000, 0x7FFFFF);
     settings.unit.latency = std::chrono::milliseconds(Number("latency", 0, 600'000));

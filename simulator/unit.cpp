@@ -172,8 +172,7 @@ std::string SimulatedUnit::AnswerSlotQuery(const std::string& packet) {
     return {};
   }
   const auto [slot, page] = *reading.request;
-  const std::string meaning =
-      "asks for page " + std::to_string(page) + " of resolution slot " + std::to_string(slot);
+  const std::string meaning = UnitWords::OfSlotQuery(*reading.request);
   if (options_.recorded) return AnswerRecorded(packet, meaning);
   const auto index = static_cast<std::size_t>(slot);
   if (index >= options_.resolutions.size()) {
