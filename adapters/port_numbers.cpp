@@ -104,6 +104,17 @@ NumberedPorts WithLinks(NumberedPorts ports, const QString& folder) {
   return ports;
 }
 
+NumberedPorts PortsPresent(const QString& links) {
+  const NumberedPorts ports = NumberedBySystem(DevicesPresent());
+  return links.isEmpty() ? ports : WithLinks(ports, links);
+}
+
+QString DeviceOfPort(int number, const QString& links) {
+  const QFileInfo link(links + '/' + QString::number(number));
+  const bool is_linked = !links.isEmpty() && link.isSymLink();
+  return is_linked ? link.canonicalFilePath() : PortsPresent(links).value(number);
+}
+
 QtPortDirectory::QtPortDirectory(const QString& links, QObject* parent)
     : QObject(parent), links_(links) {
   announcement_.setSingleShot(true);

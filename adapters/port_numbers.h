@@ -32,6 +32,14 @@ using NumberedPorts = QMap<int, QString>;
 /// Folders in which devices come and go.
 [[nodiscard]] QStringList DeviceFolders();
 
+/// The ports of this computer at this moment. Lists the devices, which takes tens of milliseconds.
+/// @param links folder of the links
+[[nodiscard]] NumberedPorts PortsPresent(const QString& links = DefaultPortsFolder());
+
+/// Device of one port number at this moment; empty where it stands for none. That of a link is told
+/// without listing the devices.
+[[nodiscard]] QString DeviceOfPort(int number, const QString& links = DefaultPortsFolder());
+
 /// The ports of this computer. Links are read at every question; devices, whose listing takes tens
 /// of milliseconds, once and again after a change. Watching for changes sleeps in the kernel.
 class QtPortDirectory final : public QObject, public PortDirectory {

@@ -40,6 +40,9 @@ struct LineState {
 /// removes such a file itself where the user may: one that stays belongs to another user.
 [[nodiscard]] QString AbandonedLock(const QString& device);
 
+/// Whether a program that runs has the device locked, as this one and most others do.
+[[nodiscard]] bool IsLocked(const QString& device);
+
 /// Whether the user's rights reach for opening the device.
 [[nodiscard]] bool MayOpen(const QString& device);
 

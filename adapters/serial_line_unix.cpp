@@ -4,10 +4,12 @@
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSocketNotifier>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <utility>
+#include <vector>
 
 #include "adapters/serial_line.h"
 
@@ -30,6 +32,24 @@ constexpr std::array kLockFolders = {"/var/lock",         "/etc/locks", "/var/sp
 /// A process of another user runs, too, though it takes no signal.
 bool Runs(qint64 process) {
   return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
+}
+
+/// The lock files that there are of a device, with whether their owners run.
+std::vector<std::pair<QString, bool>> Locks(const QString& device) {
+  std::vector<std::pair<QString, bool>> locks;
+  QString name = CanonicalDevice(device);
+  if (name.startsWith(QLatin1String("/dev/"))) name.remove(0, 5);
+  name.replace('/', '_');
+  for (const char* const folder : kLockFolders) {
+    const QFileInfo file(QString("%1/LCK..%2").arg(QLatin1String(folder), name));
+    qint64 owner = 0;
+    QString host;
+    QString program;
+    const bool tells =
+        file.exists() && QLockFile(file.filePath()).getLockInfo(&owner, &host, &program);
+    if (tells) locks.emplace_back(file.canonicalFilePath(), Runs(owner));
+  }
+  return locks;
 }
 
 }  // namespace
@@ -80,19 +100,14 @@ QString CanonicalDevice(const QString& device) {
 }
 
 QString AbandonedLock(const QString& device) {
-  QString name = CanonicalDevice(device);
-  if (name.startsWith(QLatin1String("/dev/"))) name.remove(0, 5);
-  name.replace('/', '_');
-  for (const char* const folder : kLockFolders) {
-    const QFileInfo file(QString("%1/LCK..%2").arg(QLatin1String(folder), name));
-    qint64 owner = 0;
-    QString host;
-    QString program;
-    const bool tells =
-        file.exists() && QLockFile(file.filePath()).getLockInfo(&owner, &host, &program);
-    if (tells && !Runs(owner)) return file.canonicalFilePath();
+  for (const auto& [path, runs] : Locks(device)) {
+    if (!runs) return path;
   }
   return {};
+}
+
+bool IsLocked(const QString& device) {
+  return std::ranges::any_of(Locks(device), [](const auto& lock) { return lock.second; });
 }
 
 bool MayOpen(const QString& device) {

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <string>
+
 #include "adapters/serial_line.h"
 
 namespace kalde2 {
@@ -53,6 +55,14 @@ QString CanonicalDevice(const QString& device) {
 // The system itself keeps a port for one program.
 QString AbandonedLock(const QString&) {
   return {};
+}
+
+bool IsLocked(const QString& device) {
+  const std::wstring path = L"\\\\.\\" + device.toStdWString();
+  const HANDLE line = CreateFileW(path.c_str(), 0, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (line == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_ACCESS_DENIED;
+  CloseHandle(line);
+  return false;
 }
 
 // Ports carry no rights of their own: a port that refuses is in use.

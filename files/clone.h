@@ -15,7 +15,8 @@ namespace kalde2 {
 /// skipped. When the port is closed meanwhile, the transfer ends there.
 class CloneTransfer {
  public:
-  CloneTransfer(UnitModel& unit, CommandLink& link, Progress& progress)
+  /// @param link the unit's, or one that stands before it and takes what is answered to `unit`
+  CloneTransfer(UnitModel& unit, Exchanger& link, Progress& progress)
       : unit_(unit), link_(link), progress_(progress) {}
 
   /// Reads every parameter. The replies store and show themselves as any reply does.
@@ -34,7 +35,7 @@ class CloneTransfer {
   void Transfer(const RequestFor& request_for, TransferReport& report);
 
   UnitModel& unit_;
-  CommandLink& link_;
+  Exchanger& link_;
   Progress& progress_;
 };
 

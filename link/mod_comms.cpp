@@ -118,19 +118,20 @@ bool CommandLink::AwaitReply(std::string& reply, milliseconds timeout, IsComplet
 
 bool CommandLink::WaitTimer(bool start, milliseconds timeout) {
   if (start) {
-    deadline_ = MillisecondOfHour() + timeout;
+    deadline_ = Time() + timeout;
     return false;
   }
-  return MillisecondOfHour() >= deadline_;
+  return Time() >= deadline_;
 }
 
-milliseconds CommandLink::MillisecondOfHour() const {
+milliseconds CommandLink::Time() const {
+  if (deadlines_ == Deadlines::kMonotonic) return clock_.Monotonic();
   const auto now = clock_.Now().time_since_epoch();
   return std::chrono::duration_cast<milliseconds>(now % std::chrono::hours(1));
 }
 
 milliseconds CommandLink::TimeLeft() const {
-  return std::max(deadline_ - MillisecondOfHour(), milliseconds{1});
+  return std::max(deadline_ - Time(), milliseconds{1});
 }
 
 void CommandLink::ParseReply(std::string_view reply) {

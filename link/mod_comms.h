@@ -39,6 +39,15 @@ struct Answer {
   ReplyRecord record;  ///< as `CommandLink::SendParameter` returns it
 };
 
+/// Who brings a request to the unit and its answer back: the link, or who stands before it.
+class Exchanger {
+ public:
+  virtual ~Exchanger() = default;
+
+  /// One complete transaction, and what became of it.
+  [[nodiscard]] virtual Answer Exchange(const ParameterRequest& request) = 0;
+};
+
 /// Where decoded replies go.
 class ReplySink {
  public:
@@ -58,19 +67,25 @@ class LinkObserver {
   virtual void RequestEnded(bool answered) = 0;
 };
 
+/// The time by which a link knows that a reply stays away.
+enum class Deadlines : std::uint8_t {
+  kWithinTheHour,  ///< milliseconds of the system time's hour, see `CommandLink::WaitTimer`
+  kMonotonic,      ///< one that is never set
+};
+
 /// The transactions with the unit. One request is under way at a time; waiting for its reply serves
 /// user-interface events, so that anything may run inside a wait, a nested transaction included:
 /// the deadline and the last reply are shared by all.
-class CommandLink {
+class CommandLink : public Exchanger {
  public:
-  CommandLink(SerialPort& port, Clock& clock, ReplySink& sink)
-      : port_(port), clock_(clock), sink_(sink) {}
+  CommandLink(SerialPort& port, Clock& clock, ReplySink& sink,
+              Deadlines deadlines = Deadlines::kWithinTheHour)
+      : port_(port), clock_(clock), sink_(sink), deadlines_(deadlines) {}
 
   /// Who is told how each request ends from now on, nullptr for nobody.
   void SetObserver(LinkObserver* observer) { observer_ = observer; }
 
-  /// One complete transaction, and what became of it.
-  [[nodiscard]] Answer Exchange(const ParameterRequest& request);
+  [[nodiscard]] Answer Exchange(const ParameterRequest& request) override;
 
   /// One complete transaction, for those who do not ask what became of it.
   /// @param is_read not 0 for a read; `value` counts for writes only
@@ -95,9 +110,10 @@ class CommandLink {
   [[nodiscard]] bool SendAndReceiveCounted(std::string_view frame, std::string& reply,
                                            std::chrono::milliseconds timeout, bool hex);
 
-  /// Starts the shared deadline (result false) or tells whether it has passed. Milliseconds are
-  /// counted within the hour: a deadline set within the last time-out of an hour is never reached,
-  /// and the wait then ends only with the reply. That is intended.
+  /// Starts the shared deadline (result false) or tells whether it has passed. Unless the link goes
+  /// by a monotonic time, milliseconds are counted within the hour: a deadline set within the last
+  /// time-out of an hour is never reached, and the wait then ends only with the reply. That is
+  /// intended.
   bool WaitTimer(bool start, std::chrono::milliseconds timeout);
 
   /// Decodes a reply into `LastReply`, then hands it to the sink, or marks it valid and leaves it
@@ -133,7 +149,7 @@ class CommandLink {
  private:
   using Milliseconds = std::chrono::milliseconds;
 
-  [[nodiscard]] Milliseconds MillisecondOfHour() const;
+  [[nodiscard]] Milliseconds Time() const;
   [[nodiscard]] Milliseconds TimeLeft() const;
   template <typename IsComplete>
   [[nodiscard]] bool AwaitReply(std::string& reply, Milliseconds timeout, IsComplete is_complete);
@@ -142,6 +158,7 @@ class CommandLink {
   SerialPort& port_;
   Clock& clock_;
   ReplySink& sink_;
+  Deadlines deadlines_;
   LinkObserver* observer_ = nullptr;
   ReceiveRing ring_;
   ReplyRecord last_reply_;

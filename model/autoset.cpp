@@ -1,7 +1,5 @@
 #include "model/autoset.h"
 
-#include <array>
-
 namespace kalde2 {
 namespace {
 
@@ -15,15 +13,12 @@ constexpr int kRounds = 21;
 /// The unit needs seconds; asking more often would only disturb it.
 constexpr milliseconds kRound{1000};
 
-constexpr std::array kAdjustments = {address::kLeftShift, address::kTopShift, address::kRightShift,
-                                     address::kBottomShift, address::kInputPixelPhase};
-
 }  // namespace
 
 TransferReport Autoset::Run() {
   TransferReport report;
-  const Answer start = link_.Exchange({.value = kStart, .address = address::kAutoset});
-  if (start.outcome == Outcome::kClosed) return report;
+  const ParameterRequest start = {.value = kStart, .address = address::kAutoset};
+  if (report.Count(start, link_.Exchange(start).outcome) == Outcome::kClosed) return report;
   progress_.Begin();
   progress_.SetCaption("Waiting for Autoset to finish");
   progress_.SetRange(0, kRounds);
@@ -47,7 +42,7 @@ bool Autoset::AwaitEnd() {
 
 void Autoset::ReadAdjustments(TransferReport& report) {
   progress_.SetCaption("Autoset complete reading adjustments");
-  for (const Address address : kAdjustments) {
+  for (const Address address : kAutosetAdjustments) {
     const Outcome outcome = Ask(address).outcome;
     if (report.Count({.address = address}, outcome) == Outcome::kClosed) return;
   }

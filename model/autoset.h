@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 
 #include "link/clock.h"
@@ -8,6 +9,11 @@
 #include "model/transfer_report.h"
 
 namespace kalde2 {
+
+/// What the unit finds by itself.
+inline constexpr std::array kAutosetAdjustments = {address::kLeftShift, address::kTopShift,
+                                                   address::kRightShift, address::kBottomShift,
+                                                   address::kInputPixelPhase};
 
 /// Lets the unit adjust itself to its RGB sources and reads back what it found.
 class Autoset {
@@ -18,7 +24,7 @@ class Autoset {
   /// Starts the unit's autoset, asks once a second, 21 times at most, whether it has finished, and
   /// reads the five adjustments. Sleeps between the questions: nothing else is served then. When
   /// the port is closed meanwhile, it ends there.
-  /// @return what became of the reading of the adjustments
+  /// @return what became of the start and of the reading of the adjustments
   TransferReport Run();
 
  private:

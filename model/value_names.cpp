@@ -88,6 +88,13 @@ LabelledNumber SplitItem(std::string_view item) {
           RoundToInt32(NumericValue(rest.substr(0, rest.find(','))))};
 }
 
+bool IsOfFittedInputs(int list, std::int32_t product_type) {
+  if (list == kSetupSourceList) return true;
+  const Product* const product = FindProduct(product_type);
+  const bool has_fixed_inputs = product != nullptr && product->inputs != nullptr;
+  return (list == kLockSourceList || list == kMainInputList) && !has_fixed_inputs;
+}
+
 void LoadValueNames(ValueNames& names, std::int32_t product_type, const InputNames& inputs,
                     const Connectivity& connectivity) {
   for (const FixedList& row : kFixedLists) SetItems(names, row.list, row.items);

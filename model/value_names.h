@@ -39,6 +39,9 @@ struct LabelledNumber {
 /// @throws Fault for a text without a comma
 [[nodiscard]] LabelledNumber SplitItem(std::string_view item);
 
+/// True for a list that is filled from the inputs that a unit of the product has.
+[[nodiscard]] bool IsOfFittedInputs(int list, std::int32_t product_type);
+
 /// Fills the fixed lists, then lists 20, 5 and 7 for the product and its fitted sources. No list is
 /// cleared first: items beyond the new count keep the texts of an earlier product, as intended.
 /// @throws Fault at the 17th fitted source; what was written before it stays

@@ -8,8 +8,6 @@ namespace {
 
 constexpr std::int32_t kOn = 1;
 constexpr std::int32_t kOff = 0;
-constexpr std::int32_t kFadeIn = 1;
-constexpr std::int32_t kFadeOut = -1;
 constexpr std::int32_t kRecordedShrink = 90;
 constexpr std::int32_t kCentre = 50;
 
@@ -165,7 +163,8 @@ void DirectControls::ResolutionSelected() {
 
 void DirectControls::Fade() {
   queue_.NoteNewest("cmd_fade");
-  const std::int32_t value = Recorded(address::kFade) == kFadeIn ? kFadeOut : kFadeIn;
+  const bool is_in = Recorded(address::kFade) == kFadeIn.value;
+  const std::int32_t value = is_in ? kFadeOut.value : kFadeIn.value;
   queue_.Do(
       "cmd_fade", [this, value] { WriteAndRecord(address::kFade, value); },
       [this, value] { Record(address::kFade, value); });
@@ -223,20 +222,19 @@ void DirectControls::ShrinkTo(std::int32_t percent) {
 }
 
 void DirectControls::Store() {
-  SendOnOk("cmd_function_strore", "Store settings in units non volatile memory", "Store",
-           address::kStore);
+  SendOnOk("cmd_function_strore", "Store settings in units non volatile memory", "Store", kStore);
 }
 
 void DirectControls::Reset() {
   SendOnOk("mnu_function_reset", "Reset the unit to default condition - clears non-volatile memory",
-           "Reset", address::kReset);
+           "Reset", kReset);
 }
 
 void DirectControls::SendOnOk(const char* control, const char* prompt, const char* title,
-                              Address address) {
-  queue_.Do(control, [this, prompt, title, address] {
+                              const UnitAction& action) {
+  queue_.Do(control, [this, prompt, title, action] {
     if (!boxes_.Confirm(prompt, title)) return;
-    Write(address, kOn);
+    Write(action.address, action.value);
   });
 }
 

@@ -7,6 +7,7 @@
 #include "link/mod_comms.h"
 #include "link/value_store.h"
 #include "model/reply_display.h"
+#include "model/unit_actions.h"
 #include "model/value_names.h"
 #include "panel/dialogs.h"
 #include "panel/vornik_form.h"
@@ -73,7 +74,8 @@ class DirectControls {
   void SendPadAxis(ArrowControl& pad, Address address, int value);
   void SendLockSource(std::int32_t source);
   void SendProgram(std::int32_t source);
-  void SendOnOk(const char* control, const char* prompt, const char* title, Address address);
+  void SendOnOk(const char* control, const char* prompt, const char* title,
+                const UnitAction& action);
   [[nodiscard]] static std::string AxisOf(const ArrowControl& pad, Address address);
 
   VornikForm& form_;

@@ -17,10 +17,6 @@ namespace {
 
 constexpr std::array<const char*, 4> kBaudRates = {"9600", "38400", "57600", "115200"};
 
-constexpr const char* kSection = "Tessaly";
-constexpr const char* kSerialParameters = "Serial Parameters";
-constexpr const char* kSerialPort = "Serial Port";
-
 constexpr std::int32_t kOverscan = 100;
 constexpr std::int32_t kUnderscan = 90;
 
@@ -84,14 +80,14 @@ auto frm_vornik::Guarded(Handler handler) {
 // ------------------------------------------------------------------------------- start and end
 
 void frm_vornik::Form_Load() {
-  const auto [baud, port] = LoadSerialSettings();
+  const SerialSettings last = LoadSerialSettings(platform_.settings);
   FillResolutionList();
   direct_.Black();  // only moves the sliders: the port is closed
   form_.SetPanelEnabled(false);
   for (const char* const rate : kBaudRates) form_.cbo_baud->addItem(QLatin1String(rate));
-  form_.cbo_baud->setCurrentIndex(
-      form_.cbo_baud->findText(baud, Qt::MatchExactly | Qt::MatchCaseSensitive));
-  form_.txt_port->setText(port);
+  form_.cbo_baud->setCurrentIndex(form_.cbo_baud->findText(
+      QString::fromStdString(last.baud), Qt::MatchExactly | Qt::MatchCaseSensitive));
+  form_.txt_port->setText(QString::fromStdString(last.port));
   form_.SetAdvancedHeight(false);
   form_.mnu_function_advanced->setChecked(false);
   form_.Cmd_openclose->setFocus();
@@ -108,20 +104,11 @@ void frm_vornik::paintEvent(QPaintEvent* event) {
   }
 }
 
-std::pair<QString, QString> frm_vornik::LoadSerialSettings() const {
-  const SettingsStore& store = platform_.settings;
-  const auto setting = [&store](const char* key, const char* fallback) {
-    return QString::fromStdString(store.GetSetting(kSection, key, fallback));
-  };
-  return {setting(kSerialParameters, "57600"), setting(kSerialPort, "1")};
-}
-
 void frm_vornik::SaveSerialSettings() {
   const int index = form_.cbo_baud->currentIndex();
   const bool chosen = index >= 0 && static_cast<std::size_t>(index) < kBaudRates.size();
   const char* const baud = chosen ? kBaudRates[static_cast<std::size_t>(index)] : "";
-  platform_.settings.SaveSetting(kSection, kSerialParameters, baud);
-  platform_.settings.SaveSetting(kSection, kSerialPort, form_.txt_port->text().toStdString());
+  kalde2::SaveSerialSettings(platform_.settings, {baud, form_.txt_port->text().toStdString()});
 }
 
 void frm_vornik::FillResolutionList() {

@@ -4,7 +4,6 @@
 #include <QPointer>
 #include <cstdint>
 #include <string>
-#include <utility>
 
 #include "files/clone.h"
 #include "model/autoset.h"
@@ -90,7 +89,6 @@ class frm_vornik : public QMainWindow, private SessionEvents {
   void mnu_function_reset_Click();
   void mnu_about_Click();
 
-  [[nodiscard]] std::pair<QString, QString> LoadSerialSettings() const;
   void FillResolutionList();
   void OpenPort();
   void ClosePort();

@@ -7,13 +7,13 @@
 namespace kalde2 {
 
 Session::Session(SerialPort& port, Clock& clock, ReplyDisplay& display, RefreshTimer& refresh,
-                 OperatorQueue& queue, SessionEvents& events)
+                 OperatorQueue& queue, SessionEvents& events, Deadlines deadlines)
     : port_(port),
       queue_(queue),
       events_(events),
       status_(events),
       unit_(display, refresh),
-      link_(port, clock, unit_) {
+      link_(port, clock, unit_, deadlines) {
   LoadInputNames(unit_.input_names);
   link_.SetObserver(&status_);
   port_.SetListener(this);
@@ -67,10 +67,30 @@ TransferReport Session::LoadTables(Progress& progress) {
     ConnectivityReader reader(unit_.connectivity, link_, progress);
     report = LoadProductCatalogue(unit_.catalogue, reader, product_type_);
   });
-  RunStep([this] {
-    LoadValueNames(unit_.value_names, product_type_, unit_.input_names, unit_.connectivity);
-  });
+  RunStep([this] { LoadNames(); });
   return report;
+}
+
+void Session::LoadCatalogue() {
+  AddProductEntries(unit_.catalogue, product_type_);
+  LoadNames();
+  // Without a connectivity that is read, nothing else ends the detection.
+  link_.SetDetectionInProgress(false);
+}
+
+void Session::LoadNames() {
+  LoadValueNames(unit_.value_names, product_type_, unit_.input_names, unit_.connectivity);
+}
+
+void Session::DropUntoldInputs(const TransferReport& connectivity) {
+  for (const TransferReport::Skipped& untold : connectivity.skipped) {
+    const auto source = static_cast<std::size_t>(untold.source);
+    unit_.connectivity.SourceInfo.at(source) = {};
+    unit_.connectivity.SourceFitted.at(source) = false;
+  }
+  // A list is never cleared by a later filling.
+  unit_.value_names = {};
+  RunStep([this] { LoadNames(); });
 }
 
 void Session::Close() {

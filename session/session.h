@@ -51,7 +51,8 @@ struct OpenResult {
 class Session : public PortListener {
  public:
   Session(SerialPort& port, Clock& clock, ReplyDisplay& display, RefreshTimer& refresh,
-          OperatorQueue& queue, SessionEvents& events);
+          OperatorQueue& queue, SessionEvents& events,
+          Deadlines deadlines = Deadlines::kWithinTheHour);
   ~Session() override;
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -65,6 +66,15 @@ class Session : public PortListener {
   /// while the port is open.
   /// @return what became of the reading of the connectivity
   TransferReport LoadTables(Progress& progress);
+
+  /// Builds the product's catalogue and the names that need no inputs, without a word to the unit.
+  /// `LoadTables` may follow.
+  void LoadCatalogue();
+
+  /// Takes the inputs that have not told of themselves for not fitted, and builds the names anew.
+  /// Reading takes them for fitted, and what clone and settings file do depends on that.
+  /// @param connectivity what `LoadTables` has returned
+  void DropUntoldInputs(const TransferReport& connectivity);
 
   /// Runs one more step of an opening, unless the port was closed meanwhile. A Fault ends the step.
   template <typename Step>
@@ -103,6 +113,7 @@ class Session : public PortListener {
 
  private:
   [[nodiscard]] std::optional<std::string> OpenPort(std::string_view baud, std::string_view port);
+  void LoadNames();
   void Shut();
 
   SerialPort& port_;

@@ -19,4 +19,14 @@ class SettingsStore {
                            const std::string& value) = 0;
 };
 
+/// The port that the operator used last, as he wrote it.
+struct SerialSettings {
+  std::string baud;  ///< "57600"; empty where none was chosen
+  std::string port;  ///< "1"
+};
+
+/// What is stored of it, or what a first start begins with.
+[[nodiscard]] SerialSettings LoadSerialSettings(const SettingsStore& store);
+void SaveSerialSettings(SettingsStore& store, const SerialSettings& settings);
+
 }  // namespace kalde2

@@ -5,13 +5,13 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QStandardPaths>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <optional>
 
 #include "adapters/signal_pipe.h"
+#include "adapters/standard_streams.h"
 #include "simulator/faults.h"
 #include "simulator/unit_loop.h"
 #include "trace/trace_file.h"
@@ -189,7 +189,7 @@ int main(int argc, char* argv[]) {
   // What a script starts in its background ignores Ctrl+C; the unit is to take its link away all
   // the same, and outlives the reader of its output.
   const kalde2::SignalPipe end_signals(kalde2::SignalPipe::Ignored::kCaught);
-  std::signal(SIGPIPE, SIG_IGN);
+  kalde2::SurviveClosedPipes();
   kalde2::UnitLoop loop(settings->unit, settings->loop,
                         [](const std::string& line) { std::cout << line << std::endl; });
   for (const std::string& fault : settings->faults) {
