@@ -39,6 +39,9 @@ class ChosenPort final : public PortDirectory {
   PortChoice choice_;
 };
 
+/// What to tell of a port that does not open. @param reason as the port gives it
+[[nodiscard]] CommandFault PortFault(const PortChoice& choice, const std::string& reason);
+
 /// Shows nothing: a command has no controls.
 struct NullDisplay : ReplyDisplay, RefreshTimer {
   void ShowAspectAdjust(bool /*advanced*/) override {}
