@@ -1,4 +1,3 @@
-#include <QFile>
 #include <QJsonDocument>
 #include <QSocketNotifier>
 #include <array>
@@ -71,8 +70,7 @@ class RecordFile {
  public:
   RecordFile(const std::string& name, std::optional<int> baud) : name_(name) {
     if (name_.empty()) return;
-    file_.open(QFile::encodeName(QString::fromStdString(name)).toStdString(),
-               std::ios::binary | std::ios::trunc);
+    file_.open(name, std::ios::binary | std::ios::trunc);
     if (file_) BeginTrace(file_, baud);
     Check();
   }
@@ -124,7 +122,7 @@ class LineTrace {
  private:
   [[nodiscard]] static std::unique_ptr<PseudoTerminal> OpenTerminal();
   [[nodiscard]] std::unique_ptr<PortLink> Link(int number) const;
-  void Note(const TraceEvent& event);
+  void Take(const TraceEvent& event);
   void Show(TraceEvent piece, bool is_whole);
   void CompareRates();
   void End(const CommandFault& fault);
@@ -139,7 +137,7 @@ class LineTrace {
   LineWords words_;
   TracingPort port_;
   Relay relay_;
-  int other_baud_ = 0;  ///< the panel's, which has been told of
+  int panel_baud_ = 0;  ///< as seen last
   bool is_losing_ = false;
   std::optional<CommandFault> ending_;
 };
@@ -151,7 +149,7 @@ LineTrace::LineTrace(CommandContext& context, int number)
       link_(Link(number)),
       file_(context.Value("record"), baud_),
       output_(context.console, [this](const CommandFault& fault) { End(fault); }),
-      port_(context.port, [this](const TraceEvent& event) { Note(event); }),
+      port_(context.port, [this](const TraceEvent& event) { Take(event); }),
       relay_(*terminal_, port_,
              {[this] {
                 if (!std::exchange(is_losing_, true)) {
@@ -187,7 +185,7 @@ void LineTrace::Run() {
   }
 }
 
-void LineTrace::Note(const TraceEvent& event) try {
+void LineTrace::Take(const TraceEvent& event) try {
   file_.Put(event);
   const bool to_unit = event.direction == Direction::kToUnit;
   if (to_unit) CompareRates();
@@ -210,7 +208,7 @@ void LineTrace::Show(TraceEvent piece, bool is_whole) {
 
 void LineTrace::CompareRates() {
   const int baud = terminal_->PanelBaud();
-  if (baud == 0 || std::exchange(other_baud_, baud) == baud || baud == baud_) return;
+  if (baud == 0 || std::exchange(panel_baud_, baud) == baud || baud == baud_) return;
   context_.console.Note("the panel runs at " + std::to_string(baud) + " baud, the unit's line at " +
                         std::to_string(baud_) + ": all is passed on at that");
 }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "session/session.h"
-#include "simulator/unit.h"
 #include "tests/support/fake_link.h"
 #include "trace/replay_port.h"
 #include "trace/tracing_port.h"
@@ -85,42 +83,29 @@ TEST(RecordedReplies, AreGivenInTheirOrderWithoutWhatCameUnasked) {
             std::nullopt);
 }
 
-/// A front end that looks away.
-struct Nobody : SessionEvents {
-  void ShowStatus(const std::string&) override {}
-  void PortOpened() override {}
-  void UnitFound(const Product&) override {}
-  void UnaskedArrived() override {}
-  void PortLost(const std::string&) override {}
-};
-
-TEST(ReplayPort, GivesASessionWhatTheTracedOneSaw) {
+TEST(ReplayPort, AnswersWhatATracingPortHasSeenAndRefusesTheRest) {
   std::vector<TraceEvent> events;
-  const auto open = [](SerialPort& port) {
-    FakeClock clock;
-    FakeDisplay display;
-    OperatorQueue queue;
-    Nobody events_of_session;
-    FakeProgress progress;
-    Session session(port, clock, display, display, queue, events_of_session);
-    EXPECT_EQ(session.Open("57600", "1").ending, OpenResult::Ending::kOpened);
-    (void)session.LoadTables(progress);
-    return std::pair(session.ProductType(), session.Unit().connectivity.SourceFitted);
-  };
+  std::vector<std::string> unknown;
   FakePort line;
-  SimulatedUnit unit({.product_type = 22, .fitted_sources = {17, 80}});
-  line.on_write = [&](std::string_view frame) { return unit.Receive(frame).at(0).bytes; };
+  line.on_write = [&](std::string_view frame) { return frame == kReadFrame ? kReply : kPacket; };
   TracingPort tracing(line, [&](const TraceEvent& event) { events.push_back(event); });
-  const auto seen = open(tracing);
+  const auto ask = [](SerialPort& port, const std::string& request) {
+    EXPECT_EQ(port.Open({}), std::nullopt);
+    port.Output(request);
+    return port.Input();
+  };
+  EXPECT_EQ(ask(tracing, kReadFrame) + tracing.Input(), kReply);
+  EXPECT_EQ(ask(tracing, kSlotQuery), kPacket);
+  EXPECT_EQ(events.size(), 4U);
 
-  int unknown = 0;
-  ReplayPort replay(RecordedReplies(events), [&](std::string_view) { ++unknown; });
-  EXPECT_EQ(open(replay), seen);
-  EXPECT_EQ(unknown, 0);
-  (void)replay.Open({});
-  replay.Output(kWriteFrame);
-  EXPECT_EQ(replay.Input(), "F0000\r");
-  EXPECT_EQ(unknown, 1);
+  ReplayPort replay{RecordedReplies(events),
+                    [&](std::string_view request) { unknown.emplace_back(request); }};
+  EXPECT_EQ(ask(replay, kSlotQuery), kPacket);
+  EXPECT_EQ(ask(replay, kReadFrame), kReply);
+  EXPECT_EQ(ask(replay, kWriteFrame), "F0000\r");
+  EXPECT_EQ(unknown, std::vector{kWriteFrame});
+  replay.Close();
+  EXPECT_THROW((void)replay.Input(), Fault);
 }
 
 }  // namespace
