@@ -56,7 +56,7 @@ TEST_F(CtlFaults, EachHasItsStatusAndItsWord) {
       {{"--fault", "refuse=216"}, {"resolutions", kept}, 5, "the unit does not tell how many"},
       {{"--fault", "short-packet"}, {"resolutions", "/nowhere/r"}, 2, "/nowhere/r: "},
       {{"--fault", "hang-up-during=150"}, {"read", kept}, 3, "/dev/pts/"},
-      {{"--fault", "hang-up-after=1"}, {"list"}, 3, "/dev/pts/"},
+      {{"--fault", "hang-up-before=3"}, {"list"}, 3, "/dev/pts/"},
       {{}, {"-p", "7", "info"}, 3, "There is no serial port 7 on this computer; \"kalde2ctl p"},
       {{}, {"-p", "/dev/no", "info"}, 3, "there is no device /dev/no; \"kalde2ctl ports\" lists"},
       {{}, {"-p", "/dev/null", "info"}, 3, "/dev/null: "},

@@ -19,18 +19,19 @@ TEST_F(EndToEnd, KaldeCtlSavesWhatThePanelSaves) {
   for (const QStringList& options : units) {
     const TempFolder folder;
     ASSERT_NO_FATAL_FAILURE(StartUnit(options));
+    unit->Command("set 187 77 0\nset 159 30");
+    EXPECT_EQ(unit->Value(159), 30);
     StartPanel();
     Press("Cmd_openclose");
-    unit->Command("set 187 77 0\nset 159 30");
-    ASSERT_TRUE(unit->Says("159"));
     Choose("mnu_clone_read");
     file_name = QDir::current().filePath("panel.txt");
     Choose("mnu_file_save");
-    Choose("mnu_function_refreshRes");
+    if (options.contains("22")) Choose("mnu_function_refreshRes");
     panel.reset();
 
     (void)RunCtl({"read", "ctl.txt"});
     EXPECT_EQ(ReadText("ctl.txt"), ReadText("panel.txt")) << options.join(' ').toStdString();
+    if (!options.contains("22")) continue;
     EXPECT_EQ(RunCtl({"resolutions", "ctl_resolutions.txt"}).status, 0);
     EXPECT_EQ(ReadText("ctl_resolutions.txt"), ReadText("resdata.txt"));
   }
