@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "adapters/port_numbers.h"
 #include "bench/bare_line.h"
 #include "bench/figures.h"
 #include "bench/measurements.h"
@@ -26,8 +27,7 @@ void MeasureTrace() {
     const HelperProcess trace(KALDE2_CTL,
                               {"-p", "1", "-b", "57600", "trace", "--as", "2", "--record", "trace"},
                               "port 2 is ");
-    const QByteArray device = trace.Said().mid(trace.Said().indexOf("/dev/"));
-    measure(traced_times, device.left(device.indexOf(':')).toStdString());
+    measure(traced_times, (DefaultPortsFolder() + "/2").toStdString());
   }
   const double traced = Median(traced_times);
   PrintFigure("round trip, bare loop through a recorded trace: median", traced, "us");

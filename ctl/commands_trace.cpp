@@ -219,6 +219,7 @@ void LineTrace::End(const CommandFault& fault) {
 
 /// The panel's flow control characters are the panel's and the unit's; here they are two of 256.
 void OpenPort(CommandContext& context) {
+  context.choice.CheckBaud();
   const std::optional<std::string> problem =
       context.port.Open({.settings = context.choice.baud + ",N,8,1",
                          .handshaking = Handshaking::kRts,

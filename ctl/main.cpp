@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <cstdio>
+#include <string_view>
 
 #include "adapters/end_signals.h"
 #include "adapters/qt_clock.h"
@@ -9,6 +10,7 @@
 #include "adapters/qt_settings_store.h"
 #include "adapters/standard_streams.h"
 #include "ctl/command_line.h"
+#include "ctl/completion.h"
 
 namespace {
 
@@ -58,6 +60,12 @@ int main(int argc, char* argv[]) {
   QCoreApplication::setApplicationVersion(QStringLiteral(KALDE2_VERSION));
   kalde2::SurviveClosedPipes();
   kalde2::Console console;
+  if (argc > 1 && std::string_view(argv[1]) == kalde2::kCompletionRequest) {
+    for (const std::string& word : kalde2::Completions({argv + 2, argv + argc})) {
+      std::puts(word.c_str());
+    }
+    return static_cast<int>(ExitStatus::kDone);
+  }
   QCommandLineParser parser;
   try {
     const kalde2::Invocation invocation =

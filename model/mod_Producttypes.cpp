@@ -273,6 +273,17 @@ void Build6000Catalogue(ParamCatalogue& catalogue, std::int32_t type) {
   BuildFamily(catalogue, k6000, type);
 }
 
+std::vector<std::string_view> ParameterNames() {
+  std::vector<std::string_view> names;
+  for (const std::span<const Parameter> rows : {std::span<const Parameter>(kUnitParameters),
+                                                std::span<const Parameter>(kInputParameters)}) {
+    for (const Parameter& row : rows) {
+      if (std::ranges::count(names, row.name) == 0) names.push_back(row.name);
+    }
+  }
+  return names;
+}
+
 void AddProductEntries(ParamCatalogue& catalogue, std::int32_t type) {
   catalogue.BeginBuild();
   BuildCompactCatalogue(catalogue, type);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "model/connectivity.h"
 #include "model/mod_active_dts.h"
@@ -41,6 +42,9 @@ struct Product {
 /// nullptr for a type that is refused. The gate is a list of its own beside the table: 62 has a row
 /// and is refused.
 [[nodiscard]] const Product* FindSupportedProduct(std::int32_t type);
+
+/// The names of all products' parameters, each once.
+[[nodiscard]] std::vector<std::string_view> ParameterNames();
 
 /// Limits of a parameter's values.
 struct ValueRange {

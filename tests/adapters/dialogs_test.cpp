@@ -48,9 +48,9 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   });
   boxes.Show("No", BoxIcon::kCritical, "Error opening port - choose another port");
   for (const auto& [key, confirmed] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, true}}) {
-    OnNext<QMessageBox>([key = key](QMessageBox& box) {
+    OnNext<QMessageBox>([pressed = key](QMessageBox& box) {
       EXPECT_EQ(box.windowTitle(), "KALDE2 Control Panel");
-      QTest::keyClick(&box, key);
+      QTest::keyClick(&box, pressed);
     });
     EXPECT_EQ(boxes.Confirm("Store?", ""), confirmed);
   }

@@ -4,7 +4,6 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
-#include <csignal>
 #include <stdexcept>
 
 namespace kalde2 {
@@ -24,28 +23,15 @@ class HelperProcess {
     }
     throw std::runtime_error(program.toStdString() + " says: " + said_.toStdString());
   }
-  ~HelperProcess() { (void)End(); }
+  ~HelperProcess() {
+    process_.terminate();
+    if (!process_.waitForFinished(kPatience)) process_.kill();
+  }
   HelperProcess(const HelperProcess&) = delete;
   HelperProcess& operator=(const HelperProcess&) = delete;
 
   /// The line that told it was ready.
   [[nodiscard]] const QByteArray& Said() const { return said_; }
-
-  /// Ends it as Ctrl+C does, unless it has ended. @return its exit status
-  int End() {
-    if (process_.state() != QProcess::NotRunning) {
-      kill(static_cast<pid_t>(process_.processId()), SIGTERM);
-    }
-    return WaitForEnd();
-  }
-
-  /// Waits until it ends by itself; past all patience it is killed. @return its exit status
-  int WaitForEnd() {
-    const bool ended =
-        process_.state() == QProcess::NotRunning || process_.waitForFinished(kPatience);
-    if (!ended) process_.kill();
-    return ended ? process_.exitCode() : -1;
-  }
 
  private:
   static constexpr int kPatience = 5000;  // milliseconds

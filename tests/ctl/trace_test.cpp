@@ -4,7 +4,10 @@
 #include <QComboBox>
 #include <QDir>
 #include <QStandardPaths>
+#include <csignal>
 
+#include "adapters/serial_line.h"
+#include "tests/support/ctl_process.h"
 #include "tests/support/e2e_fixture.h"
 #include "tests/support/helper_process.h"
 
@@ -49,18 +52,19 @@ class Trace : public EndToEnd {
 TEST_F(Trace, OfASessionGivesTheSameWindowWhenItIsReplayed) {
   StartUnit({"--sources", "16,48"});
   unit->Command("set 178 77");
-  HelperProcess trace(KALDE2_CTL,
-                      {"-p", "1", "-b", "57600", "trace", "--as", "2", "--record", "session"},
-                      "port 2 is");
+  EXPECT_EQ(unit->Value(178), 77);
+  CtlProcess trace({"-p", "1", "-b", "57600", "trace", "--as", "2", "--record", "session"});
+  ASSERT_TRUE(trace.Notes("port 2 is"));
   ReadAllFrom("2");
   const QStringList seen = Shown();
   EXPECT_FALSE(seen.filter("77").isEmpty());
   EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
+  EXPECT_TRUE(trace.Says(" <- FC4104100B200004DF5\\r  Keyer Y Max [178] is 77\n"));
   Press("Cmd_openclose");
-  EXPECT_EQ(trace.End(), 130);
+  kill(trace.Id(), SIGINT);
+  EXPECT_EQ(trace.End().status, 130);
   EXPECT_FALSE(QFileInfo("KALDE2/ports/2").isSymLink());
-  EXPECT_FALSE(QFile::exists("/var/lock/LCK..pts_" +
-                             QString::fromStdString(unit->Device()).section('/', -1)));
+  EXPECT_FALSE(IsLocked(QString::fromStdString(unit->Device())));
 
   StartUnit({"--replay", QFileInfo("session").absoluteFilePath()});
   ReadAllFrom("1");
@@ -68,11 +72,11 @@ TEST_F(Trace, OfASessionGivesTheSameWindowWhenItIsReplayed) {
   EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
 }
 
-TEST_F(Trace, HangsUpWithTheUnitsLine) {
+TEST_F(Trace, HangsUpWithTheUnitsLineAndEndsWhereItCannotGoOn) {
   StartUnit();
-  HelperProcess trace(KALDE2_CTL,
-                      {"-p", QString::fromStdString(unit->Device()), "trace", "--as", "2"},
-                      "port 2 is");
+  CtlProcess trace({"-p", QString::fromStdString(unit->Device()), "trace", "--as", "2"});
+  ASSERT_TRUE(trace.Notes("port 2 is"));
+  EXPECT_EQ(RunCtl({"trace", "--as", "3"}).status, 3) << "the lock";
   StartPanel();
   Form().txt_port->setText("2");
   Press("Cmd_openclose");
@@ -80,7 +84,14 @@ TEST_F(Trace, HangsUpWithTheUnitsLine) {
   unit->Command("hang-up");
   EXPECT_TRUE(Becomes([this] { return Boxes().join("; ").contains("The serial port was lost"); }));
   ExpectShowsClosed();
-  EXPECT_EQ(trace.WaitForEnd(), 3);
+  EXPECT_EQ(trace.End().status, 3);
+  EXPECT_FALSE(QFileInfo("KALDE2/ports/2").isSymLink());
+
+  unit->Command("replug");
+  ASSERT_TRUE(unit->Says("ready: port 1"));
+  EXPECT_EQ(RunCtl({"trace", "--as", "1"}).status, 3) << "a link that is there";
+  EXPECT_EQ(RunCtl({"trace"}).status, 2);
+  EXPECT_EQ(RunCtl({"trace", "--as", "2", "--record", "/dev/full"}).status, 2);
   EXPECT_FALSE(QFileInfo("KALDE2/ports/2").isSymLink());
 }
 
@@ -96,6 +107,7 @@ TEST_F(Trace, AUnitBehindASerialServerOnTheNetworkIsAPort) {
   HelperProcess client(
       socat, {"-d", "-d", "PTY,raw,echo=0,link=" + link, "TCP:" + QString::fromLatin1(address)},
       "starting data transfer");
+  EXPECT_EQ(RunCtl({"-p", "5", "-b", "57600", "get", "Lock mode"}).status, 0);
   ReadAllFrom("5");
   ExpectShowsOpen();
   EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
