@@ -84,12 +84,18 @@ void AddCommonOptions(QCommandLineParser& parser) {
                                              "--help\" tells what there is");
 }
 
-/// The words up to the command's name, the name, and those behind it.
+/// What the parser has to say, to be gone on with.
+QString ErrorOf(const QCommandLineParser& parser) {
+  const QString text = parser.errorText();
+  return text.endsWith('.') ? text.chopped(1) : text;
+}
+
+/// The command's name and the words behind it.
 QStringList WordsBehindCommand(const QStringList& words) {
   QCommandLineParser parser;
   parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
   AddCommonOptions(parser);
-  if (!parser.parse(words)) Refuse(parser.errorText());
+  if (!parser.parse(words)) Refuse(ErrorOf(parser));
   return parser.positionalArguments();
 }
 
@@ -114,7 +120,7 @@ Invocation ReadCommandLine(const QStringList& words, QCommandLineParser& parser)
   }
   AddCommonOptions(parser);
   const std::string name = row == nullptr ? std::string() : std::string(row->name);
-  if (!parser.parse(options)) Refuse(parser.errorText(), name);
+  if (!parser.parse(options)) Refuse(ErrorOf(parser), name);
   if (parser.isSet(QStringLiteral("version"))) {
     return {
         nullptr, {}, "kalde2ctl " + QCoreApplication::applicationVersion().toStdString() + '\n'};

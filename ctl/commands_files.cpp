@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <map>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -56,11 +57,17 @@ TransferReport CloneFrom(UnitAccess& unit, Exchanger& link, Progress& progress) 
 
 /// Says which inputs and values a clone does without.
 void NoteSkipped(CommandContext& context, const TransferReport& report) {
-  int last = -1;
+  std::set<std::int16_t> untold;
   for (const TransferReport::Skipped& input : context.unit.Inputs().skipped) {
-    if (std::exchange(last, input.source) == input.source) continue;
-    context.console.Note("input " + std::to_string(input.source) +
-                         " does not tell of itself and is taken for fitted, as the panel does");
+    untold.insert(input.source);
+  }
+  std::string numbers;
+  for (const std::int16_t source : untold) {
+    numbers += (numbers.empty() ? "" : ", ") + std::to_string(source);
+  }
+  if (!numbers.empty()) {
+    context.console.Note(
+        "inputs that do not tell of themselves count as fitted, as in the panel: " + numbers);
   }
   const ParameterWords words(context.unit.Model());
   for (const TransferReport::Skipped& skipped : report.skipped) {
@@ -77,7 +84,7 @@ ExitStatus RunRead(CommandContext& context) {
   UnitAccess& unit = context.unit;
   const std::string& path = context.arguments.front();
   unit.LoadInputsAsPanel(context.console);
-  const TransferReport report = CloneFrom(unit, unit.Link(), context.console);
+  const TransferReport report = CloneFrom(unit, unit, context.console);
   std::ostringstream text;
   WriteSettings(text, unit.Model(), unit.UnitProduct().type);
   SaveWhole(path, text.str());
@@ -230,12 +237,22 @@ void PrintWritten(CommandContext& context, const ParameterWords& words,
   }
 }
 
-/// Sends the file through the sieve.
-void Send(CommandContext& context, const std::string& path, Sieve& sieve) {
-  LoadSettings(FilePath(path), context.unit.Model());
+/// Takes the values of a file for those of the unit, as the panel's Load does.
+void Load(UnitModel& model, const Snapshot& file) {
+  for (const auto& [address, source, value] : file.entries) {
+    ReplyRecord record;
+    record.Address = address;
+    record.Source = source;
+    record.Value = value;
+    model.ApplyReply(record);
+  }
+}
+
+/// Sends what is held through the sieve.
+void Send(CommandContext& context, Sieve& sieve) {
   CloneTransfer clone(context.unit.Model(), sieve, context.console);
   if (!clone.CloneWrite().is_complete) {
-    context.console.Note(std::to_string(sieve.Sent().size()) + " values were sent until the end");
+    context.console.Note(std::to_string(sieve.Sent().size()) + " values were sent before the end");
   }
   context.unit.Check();
 }
@@ -249,11 +266,12 @@ ExitStatus RunWrite(CommandContext& context) {
   unit.Open();
   CheckType(context, path, file);
   unit.LoadInputsAsPanel(context.console);
-  Remembering remembering(unit.Link());
+  Remembering remembering(unit);
   if (context.IsSet("changed")) (void)CloneFrom(unit, remembering, context.console);
   const bool is_trial = context.IsSet("dry-run");
-  Sieve sieve(unit.Link(), unit.Model(), remembering.Held(), is_trial);
-  Send(context, path, sieve);
+  Sieve sieve(unit, unit.Model(), remembering.Held(), is_trial);
+  Load(unit.Model(), file);
+  Send(context, sieve);
   const ParameterWords words(unit.Model());
   std::vector<NotTaken> not_taken;
   if (!is_trial) not_taken = ReadBack(context, words, sieve.Sent());
@@ -292,7 +310,7 @@ Side SideOfUnit(CommandContext& context) {
   UnitAccess& unit = context.unit;
   unit.Open();
   unit.LoadInputsAsPanel(context.console);
-  const TransferReport report = CloneFrom(unit, unit.Link(), context.console);
+  const TransferReport report = CloneFrom(unit, unit, context.console);
   Snapshot snapshot = TakeSnapshot(unit.Model(), unit.UnitProduct().type);
   for (const TransferReport::Skipped& skipped : report.skipped) {
     const bool has_source = unit.Model().catalogue.IsPerSource(IndexOf(skipped.address));

@@ -154,6 +154,23 @@ class WakefulClock final : public Clock {
   const UnitAccess& unit_;
 };
 
+/// Stands before a unit and ends the work where the unit refuses to begin it.
+class EndOnRefusal final : public Exchanger {
+ public:
+  explicit EndOnRefusal(UnitAccess& unit) : unit_(unit) {}
+
+  [[nodiscard]] Answer Exchange(const ParameterRequest& request) override {
+    const Answer answer = unit_.Exchange(request);
+    if (!request.is_read && answer.outcome == Outcome::kRefused) {
+      unit_.End(ExitStatus::kRefused, "the unit refuses autoset");
+    }
+    return answer;
+  }
+
+ private:
+  UnitAccess& unit_;
+};
+
 [[noreturn]] void RefuseToOffer(const UnitAccess& unit, const char* what) {
   throw CommandFault(ExitStatus::kNoUnit,
                      "a " + std::string(unit.UnitProduct().model_code) + " has no " + what);
@@ -172,12 +189,9 @@ ExitStatus RunAutoset(CommandContext& context) {
   UnitAccess& unit = context.unit;
   if (!unit.UnitProduct().autoset) RefuseToOffer(unit, "autoset");
   WakefulClock clock(context.clock, unit);
-  const TransferReport report = Autoset(unit.Link(), clock, context.console).Run();
+  EndOnRefusal link(unit);
+  (void)Autoset(link, clock, context.console).Run();
   unit.Check();
-  for (const TransferReport::Skipped& skipped : report.skipped) {
-    if (skipped.address != address::kAutoset) continue;
-    throw CommandFault(ExitStatus::kRefused, "the unit refuses autoset");
-  }
   const bool is_finished = unit.Read(address::kAutoset) == 0;
   if (!is_finished) context.console.Note("the unit has not finished yet");
   const ParameterWords words(unit.Model());

@@ -124,7 +124,8 @@ WantedValue ReadValue(const Parameter& parameter, const Assignment& assignment) 
     if (parameter.is_number && HasSign(text) && parameter.minimum >= 0) return {true, *number};
     const bool is_in_range =
         parameter.is_number && *number >= parameter.minimum && *number <= parameter.maximum;
-    const bool is_choice = std::ranges::count(parameter.choices, *number, &ValueItem::data) > 0;
+    const bool is_choice = !text.starts_with('+') &&
+                           std::ranges::count(parameter.choices, *number, &ValueItem::data) > 0;
     if (!is_in_range && !is_choice) Refuse(parameter, text);
     return {false, *number};
   }

@@ -40,6 +40,12 @@ bool PortChoice::IsDevice() const {
   return !IsNumber(port);
 }
 
+void PortChoice::CheckBaud() const {
+  if (!baud.empty() && IsNumber(baud)) return;
+  throw CommandFault(ExitStatus::kUsage,
+                     '"' + baud + "\" is no baud rate; give one, as in -b 57600");
+}
+
 std::string ChosenPort::DeviceFor(int number) const {
   return choice_.IsDevice() ? choice_.port : DeviceOfPort(number).toStdString();
 }
@@ -53,6 +59,17 @@ std::vector<NumberedPort> ChosenPort::PresentPorts() const {
   return present;
 }
 
+CommandFault PortFault(const PortChoice& choice, const std::string& reason) {
+  if (choice.IsDevice() && !QFileInfo::exists(QString::fromStdString(choice.port))) {
+    return {ExitStatus::kPort,
+            "there is no device " + choice.port + "; \"kalde2ctl ports\" lists those there are"};
+  }
+  const std::string device =
+      ChosenPort(choice).DeviceFor(QString::fromStdString(choice.port).toInt());
+  const bool names_it = reason.find(device) != std::string::npos;
+  return {ExitStatus::kPort, (names_it ? "" : device + ": ") + reason + Cure(choice, device)};
+}
+
 UnitAccess::UnitAccess(SerialPort& port, Clock& clock, PortChoice choice)
     : clock_(clock),
       choice_(std::move(choice)),
@@ -62,23 +79,14 @@ UnitAccess::UnitAccess(SerialPort& port, Clock& clock, PortChoice choice)
 
 void UnitAccess::Open() {
   using Ending = OpenResult::Ending;
-  if (choice_.IsDevice() && !QFileInfo::exists(QString::fromStdString(choice_.port))) {
-    throw CommandFault(ExitStatus::kPort, "there is no device " + choice_.port +
-                                              "; \"kalde2ctl ports\" lists those there are");
-  }
-  const OpenResult result =
-      session_.Open(choice_.baud, choice_.IsDevice() ? kAnyNumber : choice_.port);
+  choice_.CheckBaud();
+  const OpenResult result = OpenSession();
   Check();
   switch (result.ending) {
     case Ending::kOpened:
       break;
-    case Ending::kPortFailed: {
-      const std::string device =
-          ChosenPort(choice_).DeviceFor(QString::fromStdString(choice_.port).toInt());
-      const bool names_it = result.text.find(device) != std::string::npos;
-      throw CommandFault(ExitStatus::kPort,
-                         (names_it ? "" : device + ": ") + result.text + Cure(choice_, device));
-    }
+    case Ending::kPortFailed:
+      throw PortFault(choice_, result.text);
     case Ending::kNotSupported:
       throw CommandFault(ExitStatus::kNoUnit, "the unit is of type " +
                                                   std::to_string(Link().LastReply().Value) +
@@ -91,6 +99,20 @@ void UnitAccess::Open() {
   }
   patience_ = kPatience;
   session_.LoadCatalogue();
+}
+
+/// What the unit says unasked may be taken for its type: then it is asked again.
+OpenResult UnitAccess::OpenSession() {
+  using Ending = OpenResult::Ending;
+  OpenResult result;
+  for (int attempt = 0; attempt < kAttempts && !ending_; ++attempt) {
+    session_.Close();
+    result = session_.Open(choice_.baud, choice_.IsDevice() ? kAnyNumber : choice_.port);
+    const bool has_type =
+        result.ending == Ending::kOpened || result.ending == Ending::kNotSupported;
+    if (!has_type || Link().LastReply().Address == address::kProductType) break;
+  }
+  return result;
 }
 
 void UnitAccess::LoadInputs(Progress& progress) {
@@ -109,16 +131,22 @@ void UnitAccess::LoadInputsAsPanel(Progress& progress) {
   throw CommandFault(ExitStatus::kNoUnit, "what the unit says of its inputs makes no sense");
 }
 
-std::optional<std::int32_t> UnitAccess::Read(Address address, std::int16_t source) {
+Answer UnitAccess::Exchange(const ParameterRequest& request) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    const Answer answer = Link().Exchange({.is_read = true, .source = source, .address = address});
-    if (answer.outcome != Outcome::kRefused) Check();
-    if (answer.outcome == Outcome::kRefused) return std::nullopt;
-    // What the unit says unasked may come in between.
-    if (answer.record.Valid && answer.record.Address == address) return answer.record.Value;
+    const Answer answer = Link().Exchange(request);
+    const bool is_answer = answer.record.Valid && answer.record.Address == request.address;
+    if (!request.is_read || answer.outcome != Outcome::kAnswered || is_answer) return answer;
   }
-  throw CommandFault(ExitStatus::kNoUnit,
-                     "the unit's answers make no sense; is " + choice_.baud + " its baud rate?");
+  End(ExitStatus::kNoUnit,
+      "the unit's answers make no sense; is " + choice_.baud + " its baud rate?");
+  return {Outcome::kClosed, {}};
+}
+
+std::optional<std::int32_t> UnitAccess::Read(Address address, std::int16_t source) {
+  const Answer answer = Exchange({.is_read = true, .source = source, .address = address});
+  if (answer.outcome == Outcome::kRefused) return std::nullopt;
+  Check();
+  return answer.record.Value;
 }
 
 bool UnitAccess::Write(const UnitAction& action, std::int16_t source) {

@@ -25,6 +25,9 @@ struct PortChoice {
 
   /// True for a path.
   [[nodiscard]] bool IsDevice() const;
+
+  /// @throws CommandFault for a rate that is none
+  void CheckBaud() const;
 };
 
 /// The device of a choice. A link or a path is found without a look at what else there is.
@@ -39,6 +42,9 @@ class ChosenPort final : public PortDirectory {
   PortChoice choice_;
 };
 
+/// What to tell of a port that does not open. @param reason as the port gives it
+[[nodiscard]] CommandFault PortFault(const PortChoice& choice, const std::string& reason);
+
 /// Shows nothing: a command has no controls.
 struct NullDisplay : ReplyDisplay, RefreshTimer {
   void ShowAspectAdjust(bool /*advanced*/) override {}
@@ -51,7 +57,7 @@ struct NullDisplay : ReplyDisplay, RefreshTimer {
 /// The unit of one command. Nothing here changes it but `Write`. Each step may end the command with
 /// a CommandFault: the port cannot be opened, the unit falls silent, the line goes away, a signal
 /// comes. What then runs in the session finds the port closed.
-class UnitAccess final : private SessionEvents, private LinkObserver {
+class UnitAccess final : public Exchanger, private SessionEvents, private LinkObserver {
  public:
   UnitAccess(SerialPort& port, Clock& clock, PortChoice choice);
 
@@ -66,12 +72,19 @@ class UnitAccess final : private SessionEvents, private LinkObserver {
   /// that does not tell looks fitted.
   void LoadInputsAsPanel(Progress& progress);
 
+  /// One transaction. A read is repeated where something else came in between: what the unit says
+  /// unasked looks like an answer.
+  [[nodiscard]] Answer Exchange(const ParameterRequest& request) override;
+
   /// The value that the unit holds; nothing where it refuses to tell.
   [[nodiscard]] std::optional<std::int32_t> Read(Address address,
                                                  std::int16_t source = kFirstSourceCode);
 
   /// @return false where the unit refuses
   [[nodiscard]] bool Write(const UnitAction& action, std::int16_t source = kFirstSourceCode);
+
+  /// Ends the work at once, unless it has been ended before.
+  void End(ExitStatus status, const std::string& text);
 
   /// Ends the work after the transaction under way, and at once when it comes once more.
   void Interrupt();
@@ -99,7 +112,7 @@ class UnitAccess final : private SessionEvents, private LinkObserver {
   void ShowStatus(const std::string& /*text*/) override {}
   void RequestEnded(bool answered) override;
 
-  void End(ExitStatus status, const std::string& text);
+  [[nodiscard]] OpenResult OpenSession();
 
   Clock& clock_;
   PortChoice choice_;

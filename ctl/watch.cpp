@@ -116,6 +116,7 @@ class Watcher final : public PortListener {
 ExitStatus RunWatch(CommandContext& context) {
   context.unit.LoadInputs(context.console);
   const Watcher watcher(context);
+  context.console.Note("watching; Ctrl+C ends it");
   while (context.unit.IsOpen() && !watcher.Problem()) context.clock.ServeEvents(kAnyTime);
   if (watcher.Problem()) throw CommandFault(*watcher.Problem());
   context.unit.Check();

@@ -17,8 +17,8 @@ constexpr milliseconds kRound{1000};
 
 TransferReport Autoset::Run() {
   TransferReport report;
-  const ParameterRequest start = {.value = kStart, .address = address::kAutoset};
-  if (report.Count(start, link_.Exchange(start).outcome) == Outcome::kClosed) return report;
+  const Answer start = link_.Exchange({.value = kStart, .address = address::kAutoset});
+  if (start.outcome == Outcome::kClosed) return report;
   progress_.Begin();
   progress_.SetCaption("Waiting for Autoset to finish");
   progress_.SetRange(0, kRounds);

@@ -18,13 +18,13 @@ inline constexpr std::array kAutosetAdjustments = {address::kLeftShift, address:
 /// Lets the unit adjust itself to its RGB sources and reads back what it found.
 class Autoset {
  public:
-  Autoset(CommandLink& link, Clock& clock, Progress& progress)
+  Autoset(Exchanger& link, Clock& clock, Progress& progress)
       : link_(link), clock_(clock), progress_(progress) {}
 
   /// Starts the unit's autoset, asks once a second, 21 times at most, whether it has finished, and
   /// reads the five adjustments. Sleeps between the questions: nothing else is served then. When
   /// the port is closed meanwhile, it ends there.
-  /// @return what became of the start and of the reading of the adjustments
+  /// @return what became of the reading of the adjustments
   TransferReport Run();
 
  private:
@@ -33,7 +33,7 @@ class Autoset {
   void ReadAdjustments(TransferReport& report);
   void SleepFor(std::chrono::milliseconds duration);
 
-  CommandLink& link_;
+  Exchanger& link_;
   Clock& clock_;
   Progress& progress_;
 };
