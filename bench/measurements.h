@@ -13,6 +13,9 @@ void MeasureRoundTrip();
 /// The same bare loop with `kalde2ctl trace` between it and the unit.
 void MeasureTrace();
 
+/// Start and end of `kalde2ctl get` and `kalde2ctl read`.
+void MeasureCommandLine();
+
 /// Opening, clone and resolution fetch against the rate of a paced line. @param baud of the line
 /// @param least share of the wire's rate, percent
 void MeasureTransfers(int baud, int least);
