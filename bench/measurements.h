@@ -10,6 +10,9 @@ namespace kalde2::bench {
 /// A transaction against a bare loop, on the same line and unit.
 void MeasureRoundTrip();
 
+/// The same bare loop with `kalde2ctl trace` between it and the unit.
+void MeasureTrace();
+
 /// Opening, clone and resolution fetch against the rate of a paced line. @param baud of the line
 /// @param least share of the wire's rate, percent
 void MeasureTransfers(int baud, int least);

@@ -18,6 +18,7 @@ struct Measurement {
 
 constexpr auto kMeasurements = std::to_array<Measurement>({
     {"round-trip", kalde2::bench::MeasureRoundTrip},
+    {"trace", kalde2::bench::MeasureTrace},
     {"transfers-57600", [] { kalde2::bench::MeasureTransfers(57600, 97); }},
     {"transfers-115200", [] { kalde2::bench::MeasureTransfers(115200, 95); }},
     {"drag", kalde2::bench::MeasureDrag},

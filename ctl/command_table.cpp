@@ -29,6 +29,10 @@ constexpr auto kWriteOptions = std::to_array<OptionRow>({
     {"changed", nullptr, "Read the unit first and send only what differs."},
     {"any-type", nullptr, "Take the file of another product type, too."},
 });
+constexpr auto kTraceOptions = std::to_array<OptionRow>({
+    {"as", "NUMBER", "Port number that the panel opens. A number that is taken is not replaced."},
+    {"record", "FILE", "Keep what goes over the line, times included, in this file."},
+});
 constexpr auto kResetOptions =
     std::to_array<OptionRow>({{"yes", nullptr, "Really reset the unit."}});
 
@@ -112,6 +116,14 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      "With --json each line is a document.",
      R"({"time", "frame", "address", "name", "source", "input", "value", "label"})",
      RunWatch},
+    {"trace", "", "Stand between a panel and the unit, and print what they say, until Ctrl+C",
+     0, 0, Words::kNone, Needs::kNothing, kTraceOptions,
+     "The panel opens port NUMBER instead of the unit's. All is passed on at once and unchanged. Prints "
+     "the seconds since the start, -> for the panel or <- for the unit, the frame and what it means. "
+     "With --json each line is a document; its time is in microseconds. \"kalde2-unit --replay FILE\" "
+     "answers as the unit did.",
+     R"({"time", "direction": "to unit"|"from unit", "frame", "meaning"})",
+     RunTrace},
 });
 // clang-format on
 

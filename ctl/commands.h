@@ -23,5 +23,6 @@ ExitStatus RunFade(CommandContext& context);
 ExitStatus RunStore(CommandContext& context);
 ExitStatus RunReset(CommandContext& context);
 ExitStatus RunWatch(CommandContext& context);
+ExitStatus RunTrace(CommandContext& context);
 
 }  // namespace kalde2

@@ -24,7 +24,8 @@ std::vector<OptionRow> OptionsOf(const CommandRow* command) {
 bool TakesNextWord(const std::string& word, const CommandRow* command) {
   return std::ranges::any_of(OptionsOf(command), [&](const OptionRow& row) {
     const std::string name(row.name);
-    return row.value_name != nullptr && (word == "--" + name || word == std::string{'-', name.front()});
+    return row.value_name != nullptr &&
+           (word == "--" + name || word == std::string{'-', name.front()});
   });
 }
 

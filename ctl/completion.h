@@ -6,8 +6,8 @@
 
 namespace kalde2 {
 
-/// The first word of a command line with which a shell asks; `Completions` answers the others, one a
-/// line.
+/// The first word of a command line with which a shell asks; `Completions` answers the others, one
+/// a line.
 inline constexpr std::string_view kCompletionRequest = "--complete";
 
 /// What a shell may put for the last of the words of a command line, which is unfinished or empty:

@@ -40,6 +40,12 @@ bool PortChoice::IsDevice() const {
   return !IsNumber(port);
 }
 
+void PortChoice::CheckBaud() const {
+  if (!baud.empty() && IsNumber(baud)) return;
+  throw CommandFault(ExitStatus::kUsage,
+                     '"' + baud + "\" is no baud rate; give one, as in -b 57600");
+}
+
 std::string ChosenPort::DeviceFor(int number) const {
   return choice_.IsDevice() ? choice_.port : DeviceOfPort(number).toStdString();
 }
@@ -53,6 +59,17 @@ std::vector<NumberedPort> ChosenPort::PresentPorts() const {
   return present;
 }
 
+CommandFault PortFault(const PortChoice& choice, const std::string& reason) {
+  if (choice.IsDevice() && !QFileInfo::exists(QString::fromStdString(choice.port))) {
+    return {ExitStatus::kPort,
+            "there is no device " + choice.port + "; \"kalde2ctl ports\" lists those there are"};
+  }
+  const std::string device =
+      ChosenPort(choice).DeviceFor(QString::fromStdString(choice.port).toInt());
+  const bool names_it = reason.find(device) != std::string::npos;
+  return {ExitStatus::kPort, (names_it ? "" : device + ": ") + reason + Cure(choice, device)};
+}
+
 UnitAccess::UnitAccess(SerialPort& port, Clock& clock, PortChoice choice)
     : clock_(clock),
       choice_(std::move(choice)),
@@ -62,26 +79,14 @@ UnitAccess::UnitAccess(SerialPort& port, Clock& clock, PortChoice choice)
 
 void UnitAccess::Open() {
   using Ending = OpenResult::Ending;
-  if (choice_.baud.empty() || !IsNumber(choice_.baud)) {
-    throw CommandFault(ExitStatus::kUsage,
-                       '"' + choice_.baud + "\" is no baud rate; give one, as in -b 57600");
-  }
-  if (choice_.IsDevice() && !QFileInfo::exists(QString::fromStdString(choice_.port))) {
-    throw CommandFault(ExitStatus::kPort, "there is no device " + choice_.port +
-                                              "; \"kalde2ctl ports\" lists those there are");
-  }
+  choice_.CheckBaud();
   const OpenResult result = OpenSession();
   Check();
   switch (result.ending) {
     case Ending::kOpened:
       break;
-    case Ending::kPortFailed: {
-      const std::string device =
-          ChosenPort(choice_).DeviceFor(QString::fromStdString(choice_.port).toInt());
-      const bool names_it = result.text.find(device) != std::string::npos;
-      throw CommandFault(ExitStatus::kPort,
-                         (names_it ? "" : device + ": ") + result.text + Cure(choice_, device));
-    }
+    case Ending::kPortFailed:
+      throw PortFault(choice_, result.text);
     case Ending::kNotSupported:
       throw CommandFault(ExitStatus::kNoUnit, "the unit is of type " +
                                                   std::to_string(Link().LastReply().Value) +

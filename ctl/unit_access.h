@@ -25,6 +25,9 @@ struct PortChoice {
 
   /// True for a path.
   [[nodiscard]] bool IsDevice() const;
+
+  /// @throws CommandFault for a rate that is none
+  void CheckBaud() const;
 };
 
 /// The device of a choice. A link or a path is found without a look at what else there is.
@@ -38,6 +41,9 @@ class ChosenPort final : public PortDirectory {
  private:
   PortChoice choice_;
 };
+
+/// What to tell of a port that does not open. @param reason as the port gives it
+[[nodiscard]] CommandFault PortFault(const PortChoice& choice, const std::string& reason);
 
 /// Shows nothing: a command has no controls.
 struct NullDisplay : ReplyDisplay, RefreshTimer {

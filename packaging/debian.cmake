@@ -9,7 +9,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 detection of the product, direct controls, every parameter in one list,
 copies of a set-up, and the unit's table of output resolutions.
 .
-With it comes kalde2-unit, a simulated unit for training.")
+With it come kalde2ctl, which does the same from the command line, and
+kalde2-unit, a simulated unit for training.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 

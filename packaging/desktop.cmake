@@ -1,13 +1,13 @@
-# Desktop entry, AppStream metainfo, icons, man pages and the documents for users.
-foreach(name kalde2.desktop kalde2.metainfo.xml man/kalde2.1 man/kalde2-unit.1
-        debian/changelog debian/copyright)
+# Desktop entry, AppStream metainfo, icons, man pages, completion and the documents for users.
+set(pages man/kalde2.1 man/kalde2ctl.1 man/kalde2-unit.1)
+foreach(name kalde2.desktop kalde2.metainfo.xml ${pages} debian/changelog debian/copyright)
   configure_file(${name}.in ${name} @ONLY)
 endforeach()
 
 # Documents of Debian packages are compressed, without the time, which would make each build differ.
 find_program(GZIP_PROGRAM gzip REQUIRED)
 set(compressed)
-foreach(name man/kalde2.1 man/kalde2-unit.1 debian/changelog)
+foreach(name ${pages} debian/changelog)
   set(plain ${CMAKE_CURRENT_BINARY_DIR}/${name})
   add_custom_command(OUTPUT ${plain}.gz DEPENDS ${plain}
                      COMMAND ${GZIP_PROGRAM} -9nkf ${plain} VERBATIM)
@@ -19,8 +19,10 @@ set(built ${CMAKE_CURRENT_BINARY_DIR})
 install(FILES ${built}/kalde2.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${built}/kalde2.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(DIRECTORY icons/hicolor DESTINATION ${CMAKE_INSTALL_DATADIR}/icons)
-install(FILES ${built}/man/kalde2.1.gz ${built}/man/kalde2-unit.1.gz
-        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+list(TRANSFORM pages PREPEND ${built}/)
+list(TRANSFORM pages APPEND .gz)
+install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES completion/kalde2ctl DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 
 # The guide, what it links to, and its pictures.
 set(docs ${PROJECT_SOURCE_DIR}/docs)

@@ -6,12 +6,15 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <optional>
 
+#include "adapters/signal_pipe.h"
+#include "adapters/standard_streams.h"
 #include "simulator/faults.h"
-#include "simulator/stop_signal.h"
 #include "simulator/unit_loop.h"
+#include "trace/trace_file.h"
 
 namespace {
 
@@ -34,6 +37,8 @@ QList<QCommandLineOption> Options() {
       {"autoset-reads", "Status reads that autoset stays busy for (default 3).", "COUNT", "3"},
       {"resolutions", "Count (0..255) of built-in resolutions, or a resolution data file.",
        "COUNT|FILE", QString::number(kalde2::kFactoryResolutionSlots)},
+      {"replay", "Answer as the unit of a trace file did, and refuse what was never asked there.",
+       "FILE"},
       {"fault",
        "A fault, may be repeated; help on standard input explains them: " +
            QString::fromStdString(kalde2::FaultNames()) + '.',
@@ -71,13 +76,14 @@ class SettingsReader {
     settings.loop.baud = Number("baud", 0, 4'000'000);
     settings.loop.quiet = parser_.isSet("quiet");
     settings.loop.link_folder =
-        (QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/KALDE2")
+        (QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/KALDE2/ports")
             .toStdString();
     settings.unit.product_type = Number("type", -0x800000, 0x7FFFFF);
     settings.unit.latency = std::chrono::milliseconds(Number("latency", 0, 600'000));
     settings.unit.autoset_reads = Number("autoset-reads", 0, 1'000'000);
     ReadSources(settings.unit);
     ReadResolutions(settings.unit);
+    if (parser_.isSet("replay")) ReadRecorded(settings.unit);
     for (const QString& fault : parser_.values("fault")) {
       settings.faults.push_back(fault.toStdString());
     }
@@ -129,6 +135,23 @@ class SettingsReader {
     unit.resolutions = std::move(reading.resolutions);
   }
 
+  /// The recorded unit's type gives the frames their names.
+  void ReadRecorded(UnitOptions& unit) {
+    const std::string name = parser_.value("replay").toStdString();
+    std::ifstream file(name, std::ios::binary);
+    const kalde2::TraceReading reading = kalde2::ReadTrace(file);
+    if (!file.is_open()) Complain(QString::fromStdString("cannot read " + name));
+    if (reading.problem) {
+      Complain(QString::fromStdString(name + ':' + std::to_string(reading.problem->line) + ": " +
+                                      reading.problem->text));
+    }
+    unit.recorded.emplace(reading.trace.events);
+    if (parser_.isSet("type")) return;
+    kalde2::RecordedReplies replies = *unit.recorded;
+    const auto type = kalde2::ReadOwnReply(replies.Next("F84104100C499\r").value_or(""));
+    if (type) unit.product_type = type->value;
+  }
+
   void Complain(const QString& problem) {
     if (problem_.empty()) problem_ = problem.toStdString();
   }
@@ -163,13 +186,16 @@ int main(int argc, char* argv[]) {
   const std::optional<Settings> settings = reader.Read();
   if (!settings) return Fail(reader.Problem());
 
-  const kalde2::StopSignal stop_signal;
+  // What a script starts in its background ignores Ctrl+C; the unit is to take its link away all
+  // the same, and outlives the reader of its output.
+  const kalde2::SignalPipe end_signals(kalde2::SignalPipe::Ignored::kCaught);
+  kalde2::SurviveClosedPipes();
   kalde2::UnitLoop loop(settings->unit, settings->loop,
                         [](const std::string& line) { std::cout << line << std::endl; });
   for (const std::string& fault : settings->faults) {
     if (const auto problem = loop.Unit().AddFault(fault)) return Fail(*problem);
   }
   if (const auto problem = loop.Plug()) return Fail(*problem);
-  loop.Run(stop_signal.Descriptor(), STDIN_FILENO);
+  loop.Run(end_signals.Descriptor(), STDIN_FILENO);
   return EXIT_SUCCESS;
 }

@@ -117,6 +117,7 @@ std::string SimulatedUnit::AnswerFrame(const std::string& frame, int& address) {
     ReportProblem(frame, "there is no address " + std::to_string(address));
     return std::string(kErrorReply);
   }
+  if (options_.recorded) return AnswerRecorded(frame, words_.OfRequest(request));
   Report(frame, words_.OfRequest(request));
   return request.is_read ? AnswerRead(request) : AnswerWrite(request);
 }
@@ -171,8 +172,8 @@ std::string SimulatedUnit::AnswerSlotQuery(const std::string& packet) {
     return {};
   }
   const auto [slot, page] = *reading.request;
-  const std::string meaning =
-      "asks for page " + std::to_string(page) + " of resolution slot " + std::to_string(slot);
+  const std::string meaning = UnitWords::OfSlotQuery(*reading.request);
+  if (options_.recorded) return AnswerRecorded(packet, meaning);
   const auto index = static_cast<std::size_t>(slot);
   if (index >= options_.resolutions.size()) {
     ReportProblem(packet, meaning + ", which does not exist");
@@ -180,6 +181,16 @@ std::string SimulatedUnit::AnswerSlotQuery(const std::string& packet) {
   }
   Report(packet, meaning);
   return BuildSlotPacket(options_.resolutions[index], slot, page);
+}
+
+std::string SimulatedUnit::AnswerRecorded(const std::string& bytes, const std::string& meaning) {
+  const std::optional<std::string> reply = options_.recorded->Next(bytes);
+  if (reply) {
+    Report(bytes, meaning);
+  } else {
+    ReportProblem(bytes, meaning + ", which was never recorded");
+  }
+  return reply.value_or(std::string(kErrorReply));
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -14,6 +14,7 @@
 #include "simulator/resolution_slots.h"
 #include "simulator/unit_frames.h"
 #include "simulator/unit_words.h"
+#include "trace/recorded_replies.h"
 
 namespace kalde2 {
 
@@ -23,6 +24,7 @@ struct UnitOptions {
   int autoset_reads = 3;                                   ///< reads that autoset stays busy for
   std::chrono::milliseconds latency{0};                    ///< from a request to its reply
   std::vector<ResolutionSlot> resolutions = BuiltInResolutions();
+  std::optional<RecordedReplies> recorded{};  ///< answers in place of all of the unit's own
 };
 
 /// A simulated unit without a line: takes the bytes that a panel sends and says what the unit does
@@ -91,6 +93,7 @@ class SimulatedUnit {
   void Answer(const std::string& bytes, std::vector<LineAction>& actions);
   [[nodiscard]] std::string AnswerFrame(const std::string& frame, int& address);
   [[nodiscard]] std::string AnswerSlotQuery(const std::string& packet);
+  [[nodiscard]] std::string AnswerRecorded(const std::string& bytes, const std::string& meaning);
   [[nodiscard]] std::string AnswerRead(const UnitRequest& request);
   [[nodiscard]] std::string AnswerWrite(const UnitRequest& request);
   [[nodiscard]] bool IsFitted(int source) const;

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "simulator/unit_addresses.h"
+#include "trace/trace_file.h"
 
 namespace kalde2 {
 namespace {
@@ -128,21 +129,6 @@ std::optional<UnitReply> ReadOwnReply(std::string_view frame) {
   if (!std::all_of(body.begin(), body.end(), IsHexDigit)) return std::nullopt;
   return UnitReply{HexValue(frame.substr(3, 2)), HexValue(frame.substr(8, 3)),
                    SignedValue(HexValue(frame.substr(11, 6)))};
-}
-
-std::string Printable(std::string_view bytes) {
-  std::string text;
-  for (const char byte : bytes) {
-    const auto code = static_cast<unsigned char>(byte);
-    if (byte == kFrameEnd) {
-      text += "\\r";
-    } else if (code >= 0x20 && code < 0x7F) {
-      text += byte;
-    } else {
-      text += "\\x" + Hex(code, 2);
-    }
-  }
-  return text;
 }
 
 }  // namespace kalde2

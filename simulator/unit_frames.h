@@ -66,7 +66,4 @@ struct UnitReply {
 /// hex digits, its last two hex digits, not padded.
 [[nodiscard]] std::string BodyChecksum(std::string_view body);
 
-/// The bytes with everything outside printable ASCII spelled out: "\r", "\x13".
-[[nodiscard]] std::string Printable(std::string_view bytes);
-
 }  // namespace kalde2

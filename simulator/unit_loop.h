@@ -9,16 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "adapters/port_link.h"
+#include "adapters/pseudo_terminal.h"
 #include "simulator/front_panel.h"
 #include "simulator/paced_queue.h"
-#include "simulator/port_link.h"
-#include "simulator/pseudo_terminal.h"
 #include "simulator/unit.h"
 
 namespace kalde2 {
 
 struct LoopOptions {
-  std::string link_folder;  ///< folder that holds `ports/<n>`
+  std::string link_folder;  ///< folder of the links that number ports
   int port = 1;             ///< number that the panel opens
   int baud = 0;             ///< rate of the line in bits a second; 0: any rate, no pacing
   bool quiet = false;       ///< no line for each frame

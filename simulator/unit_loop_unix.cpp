@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "simulator/unit_loop.h"
+#include "trace/trace_file.h"
 
 namespace kalde2 {
 namespace {
@@ -20,6 +21,8 @@ constexpr std::chrono::milliseconds kRequestPause(500);
 
 // The system wakes a sleeper some tens of microseconds late; more than this is no lateness of ours.
 constexpr std::chrono::milliseconds kLongestLate(1);
+
+constexpr std::string_view kCure = "for a second unit use --port";
 
 constexpr std::string_view kFromPanel = "<-";
 constexpr std::string_view kToPanel = "->";
@@ -69,7 +72,7 @@ std::optional<std::string> UnitLoop::Plug() {
   PseudoTerminal::Opening opening = PseudoTerminal::Open();
   if (!opening.terminal) return opening.problem;
   PortLink::Making making =
-      PortLink::Make(options_.link_folder, options_.port, opening.terminal->Device());
+      PortLink::Make(options_.link_folder, options_.port, opening.terminal->Device(), kCure);
   if (!making.link) return making.problem;
   terminal_ = std::move(opening.terminal);
   link_ = std::move(making.link);
@@ -278,7 +281,7 @@ void UnitLoop::Send(std::string_view bytes, Clock::time_point now) {
 void UnitLoop::Flush(Clock::time_point now) {
   const std::string bytes = sending_.Take(now);
   if (bytes.empty()) return;
-  const bool was_losing = std::exchange(is_losing_, !terminal_->Write(bytes));
+  const bool was_losing = std::exchange(is_losing_, terminal_->Write(bytes) < bytes.size());
   late_ = std::min<Clock::duration>(Clock::now() - sending_.Through(), kLongestLate);
   if (is_losing_ && !was_losing) print_("the panel does not read: characters are lost");
 }

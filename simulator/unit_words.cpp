@@ -63,6 +63,11 @@ std::string UnitWords::OfRequest(const UnitRequest& request) const {
          RangeRemark(request.address, value);
 }
 
+std::string UnitWords::OfSlotQuery(const SlotQuery& query) {
+  return "asks for page " + std::to_string(query.page) + " of resolution slot " +
+         std::to_string(query.slot);
+}
+
 std::string UnitWords::OfReply(std::string_view bytes) const {
   if (bytes == kErrorReply) return "refused";
   if (bytes.starts_with('S')) return "resolution slot data";

@@ -25,6 +25,9 @@ class UnitWords {
   /// For example "sets Lock mode [266] to 2 (Lock+Mix)".
   [[nodiscard]] std::string OfRequest(const UnitRequest& request) const;
 
+  /// For example "asks for page 0 of resolution slot 3".
+  [[nodiscard]] static std::string OfSlotQuery(const SlotQuery& query);
+
   /// For example "Lock mode [266] is 2 (Lock+Mix)", "refused" or "no whole frame".
   [[nodiscard]] std::string OfReply(std::string_view bytes) const;
 

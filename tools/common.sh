@@ -53,7 +53,7 @@ configure() {
 build_packages=(cmake g++ ninja-build qt6-base-dev qt6-serialport-dev)
 bench_packages=(libbenchmark-dev libxcb-damage0-dev)
 test_packages=(libgtest-dev libgmock-dev "${bench_packages[@]}" fonts-dejavu-core clang-format
-  desktop-file-utils appstream groff)
+  desktop-file-utils appstream groff socat)
 
 for argument in "$@"; do
   if [ "$argument" = --help ] || [ "$argument" = -h ]; then

@@ -5,6 +5,7 @@
 #include "link/frame_codec.h"
 #include "simulator/unit.h"
 #include "tests/fuzz/fuzz_target.h"
+#include "trace/trace_file.h"
 
 namespace kalde2 {
 namespace {

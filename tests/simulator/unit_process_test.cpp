@@ -39,11 +39,14 @@ class UnitProgram : public testing::Test {
     return true;
   }
   /// The reply to a query of the product type at a rate.
-  QByteArray AskType(qint32 baud) {
+  QByteArray AskType(qint32 baud) { return Ask(kTypeQuery, baud); }
+
+  /// What comes for a request.
+  QByteArray Ask(const QByteArray& request, qint32 baud = QSerialPort::Baud57600) {
     QSerialPort line(QFile::symLinkTarget(link_));
     line.setBaudRate(baud);
     EXPECT_TRUE(line.open(QIODevice::ReadWrite)) << line.errorString().toStdString();
-    line.write("F84104100C499\r");
+    line.write(request);
     line.waitForBytesWritten(kPatience);
     constexpr int kQuiet = 300;
     QByteArray reply;
@@ -56,6 +59,8 @@ class UnitProgram : public testing::Test {
     return ended && unit_.exitStatus() == QProcess::NormalExit ? unit_.exitCode() : -1;
   }
 
+  static inline const QByteArray kTypeQuery = "F84104100C499\r";
+  static inline const QByteArray kType22 = "FC4104100C4000016EF\r";
   static inline const QByteArray kType = "FC4104100C4000023FC\r";
   int argc_ = 0;
   QCoreApplication application_{argc_, nullptr};
@@ -96,6 +101,8 @@ TEST_F(UnitProgram, SaysWhatWouldHaveBeenRight) {
       {{"--prot", "2"}, "The options are --port NUMBER, --type NUMBER"},
       {{"2"}, "\"2\" is no option. The options are --port NUMBER"},
       {{"--sources", "16,x"}, "numbers of 0..255 with commas between them, or none"},
+      {{"--replay", "no/trace"}, "cannot read no/trace"},
+      {{"--replay", KALDE2_UNIT}, "1: a trace begins with \"kalde2-trace\""},
       {{"--fault", "loud"}, "no fault \"loud\"; there are silent, silent-for=N"},
       {{"--fault", "refuse=Zoom Tan H"}, "use refuse=ADDRESS"},
   };
@@ -104,6 +111,25 @@ TEST_F(UnitProgram, SaysWhatWouldHaveBeenRight) {
     EXPECT_TRUE(Says(right)) << right.toStdString();
     EXPECT_EQ(ExitCode(), 1);
   }
+}
+
+TEST_F(UnitProgram, AnswersAsARecordedOneAndRefusesWhatWasNeverAsked) {
+  QFile trace(folder_.filePath("trace"));
+  ASSERT_TRUE(trace.open(QIODevice::WriteOnly));
+  trace.write("kalde2-trace 1\n");
+  // Silent at first, then of type 22, and a slot of the bytes that control the flow.
+  trace.write("1 -> " + kTypeQuery.toHex(' ') + "\n2 -> " + kTypeQuery.toHex(' ') + '\n');
+  trace.write("3 <- " + kType22.toHex(' ') + "\n4 -> 53 07 A2 01 00 00 00 00 3F\n");
+  trace.write("5 <- 53 02 11 13\n");
+  trace.close();
+  Start({"--replay", trace.fileName(), "--fault", "late=50"});
+  ASSERT_TRUE(Says("ready"));
+  EXPECT_EQ(AskType(QSerialPort::Baud57600), "");
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(AskType(QSerialPort::Baud57600), kType22);
+  EXPECT_TRUE(Says("Product type [196] is 22"));
+  EXPECT_EQ(Ask(QByteArray("S\x07\xA2\x01\0\0\0\0?", 9)), QByteArray("S\x02\x11\x13"));
+  EXPECT_EQ(Ask("F841041010AE0\r"), "F0000\r");
+  EXPECT_TRUE(Says("WRONG: reads Lock mode [266], which was never recorded"));
 }
 
 TEST_F(UnitProgram, WithARateItIsPacedAndDeafToOtherRates) {

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "simulator/pseudo_terminal.h"
+#include "adapters/pseudo_terminal.h"
 
 namespace kalde2 {
 namespace {
@@ -73,14 +73,15 @@ std::string PseudoTerminal::Read() {
   return count > 0 ? std::string(buffer.data(), static_cast<std::size_t>(count)) : std::string();
 }
 
-bool PseudoTerminal::Write(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(master_, bytes.data(), bytes.size());
+std::size_t PseudoTerminal::Write(std::string_view bytes) {
+  std::size_t taken = 0;
+  while (taken < bytes.size()) {
+    const ssize_t count = write(master_, bytes.data() + taken, bytes.size() - taken);
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
+    if (count <= 0) break;
+    taken += static_cast<std::size_t>(count);
   }
-  return true;
+  return taken;
 }
 
 int PseudoTerminal::PanelBaud() const {

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace kalde2 {
 
-/// The unit's end of a pseudo-terminal in raw mode. The panel's end is a device that can be opened,
+/// Our end of a pseudo-terminal in raw mode. The panel's end is a device that can be opened,
 /// closed and opened again. Destroying the object hangs the line up.
 class PseudoTerminal {
  public:
@@ -23,15 +24,15 @@ class PseudoTerminal {
   /// The device that the panel opens, for example "/dev/pts/4".
   [[nodiscard]] const std::string& Device() const { return device_; }
 
-  /// To wait for input on.
+  /// To wait on.
   [[nodiscard]] int Descriptor() const { return master_; }
 
   /// What has arrived, empty when nothing has. Never waits.
   [[nodiscard]] std::string Read();
 
-  /// Sends. Never waits: what does not fit into the panel's input buffer is lost, as on a line.
-  /// @return false when something was lost
-  bool Write(std::string_view bytes);
+  /// Sends as much as the panel's input buffer takes. Never waits.
+  /// @return how many were taken; to offer the rest again, wait until the descriptor is writable
+  [[nodiscard]] std::size_t Write(std::string_view bytes);
 
   /// The rate that the panel has set, in bits a second; 0 for one that has no number here.
   [[nodiscard]] int PanelBaud() const;
