@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <chrono>
 
 #include "adapters/port_numbers.h"
 #include "adapters/serial_line.h"
@@ -18,6 +19,9 @@ constexpr int kPatienceWithInputs = 5;
 
 /// While the unit is looked for, the session itself knows when to stop.
 constexpr int kEndless = 0;
+
+/// What a unit has kept back for whoever opens its line has come by then.
+constexpr std::chrono::milliseconds kSettlingTime{50};
 
 /// The port number under which a device is opened that was named by its path.
 constexpr const char* kAnyNumber = "1";
@@ -101,18 +105,27 @@ void UnitAccess::Open() {
   session_.LoadCatalogue();
 }
 
-/// What the unit says unasked may be taken for its type: then it is asked again.
+/// What the unit says unasked may be taken for its type: then it is asked again, once that is over.
 OpenResult UnitAccess::OpenSession() {
   using Ending = OpenResult::Ending;
-  OpenResult result;
+  OpenResult result{};
   for (int attempt = 0; attempt < kAttempts && !ending_; ++attempt) {
     session_.Close();
+    lets_settle_ = attempt > 0;
     result = session_.Open(choice_.baud, choice_.IsDevice() ? kAnyNumber : choice_.port);
-    const bool has_type =
-        result.ending == Ending::kOpened || result.ending == Ending::kNotSupported;
-    if (!has_type || Link().LastReply().Address == address::kProductType) break;
+    const bool is_found =
+        result.ending == Ending::kOpened && Link().LastReply().Address == address::kProductType;
+    const bool is_final =
+        result.ending == Ending::kPortFailed || result.ending == Ending::kNoAnswer;
+    if (is_found || is_final) break;
   }
   return result;
+}
+
+void UnitAccess::PortOpened() {
+  if (!lets_settle_) return;
+  const auto end = clock_.Monotonic() + kSettlingTime;
+  while (IsOpen() && clock_.Monotonic() < end) clock_.ServeEvents(end - clock_.Monotonic());
 }
 
 void UnitAccess::LoadInputs(Progress& progress) {

@@ -105,7 +105,7 @@ class UnitAccess final : public Exchanger, private SessionEvents, private LinkOb
   [[nodiscard]] const TransferReport& Inputs() const { return *inputs_; }
 
  private:
-  void PortOpened() override {}
+  void PortOpened() override;
   void UnitFound(const Product& product) override { product_ = &product; }
   void UnaskedArrived() override {}
   void PortLost(const std::string& reason) override;
@@ -122,6 +122,7 @@ class UnitAccess final : public Exchanger, private SessionEvents, private LinkOb
   const Product* product_ = nullptr;
   std::optional<TransferReport> inputs_;
   std::optional<CommandFault> ending_;
+  bool lets_settle_ = false;
   int patience_ = 0;
   int unanswered_ = 0;
 };

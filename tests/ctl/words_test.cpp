@@ -65,7 +65,7 @@ TEST(Words, AParameterGoesByNameBeginningOrAddress) {
       {"", "there is no parameter \"\""},
   };
   for (const auto& [word, right] : wrong) {
-    const std::string said = Complaint([&] { return known.words.Find(word); });
+    const std::string said = Complaint([&, name = word] { return known.words.Find(name); });
     EXPECT_TRUE(said.starts_with(right)) << said;
   }
 }
@@ -118,7 +118,7 @@ TEST(Words, AValueIsANumberAChoiceOrAStep) {
       {"=1", "\"=1\" is not PARAMETER=VALUE"},
   };
   for (const auto& [text, right] : wrong) {
-    EXPECT_EQ(Complaint([&] { return known.Read(text); }), right);
+    EXPECT_EQ(Complaint([&, given = text] { return known.Read(given); }), right);
   }
 }
 
