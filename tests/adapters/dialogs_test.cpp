@@ -1,7 +1,6 @@
 #include "adapters/qt_dialogs.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QApplication>
 #include <QDir>
@@ -14,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "tests/support/ordinary_user.h"
 #include "tests/support/temp_folder.h"
 
 namespace kalde2 {
@@ -84,21 +84,6 @@ std::string Says(const std::function<std::optional<std::string>(QtFileDialogs&)>
   const auto chosen = ask(dialogs);
   return chosen ? "took " + std::filesystem::path(*chosen).filename().string() : said;
 }
-
-/// An ordinary user in a scope, whoever runs the tests.
-class OrdinaryUser {
- public:
-  OrdinaryUser() {
-    constexpr uid_t kNobody = 65534;
-    EXPECT_TRUE(!was_root_ || setresuid(kNobody, kNobody, 0) == 0);
-  }
-  ~OrdinaryUser() { EXPECT_TRUE(!was_root_ || setresuid(0, 0, 0) == 0); }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  bool was_root_ = getuid() == 0;
-};
 
 TEST(QtFileDialogsTest, StayOpenForAFileThatCannotBeUsedAndTouchNothing) {
   namespace fs = std::filesystem;

@@ -9,33 +9,17 @@
 #include <QTest>
 #include <QTimer>
 #include <cerrno>
-#include <exception>
 #include <functional>
 
 #include "adapters/qt_clock.h"
 #include "link/fault.h"
 #include "tests/adapters/test_line.h"
+#include "tests/support/ordinary_user.h"
 
 namespace kalde2 {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// Gives up the rights of root while the scope lasts.
-class NotRoot {
- public:
-  NotRoot() { Become(65534); }
-  ~NotRoot() { Become(0); }
-  NotRoot(const NotRoot&) = delete;
-  NotRoot& operator=(const NotRoot&) = delete;
-
- private:
-  void Become(uid_t user) const {
-    if (is_root_ && seteuid(user) != 0) std::terminate();
-  }
-
-  bool is_root_ = geteuid() == 0;
-};
 
 /// A line on port 1, and what is told of it.
 class QtSerialPortTest : public testing::Test, public PortListener {
@@ -134,7 +118,7 @@ TEST_F(QtSerialPortTest, NamesALockThatADeadProgramOfAnotherUserHasLeft) {
                ", whose owner no longer runs. To free it, type: sudo rm " + path.toStdString();
   }
   {
-    const NotRoot ordinary;
+    const OrdinaryUser user;
     EXPECT_EQ(port_.Open(kSetup), expected);
   }
   port_.Close();

@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <csignal>
 #include <ctime>
 #include <filesystem>
 #include <functional>
@@ -12,7 +13,7 @@
 #include "panel/settings_file.h"
 #include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_link.h"
-#include "tests/support/file_faults.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/temp_folder.h"
 
 namespace kalde2 {
@@ -34,6 +35,26 @@ Box NotLoaded(std::string_view name, std::string_view why) {
 
 constexpr std::string_view kHead = "[1.0]\r\n[DEVICE]\r\n35\r\n[GENERAL1A]\r\n";
 
+/// A disk that is full for files of this process beyond a size, while the scope lasts.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t room) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{room, before_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  void (*handler_)(int);
+  rlimit before_{};
+};
+
 struct FileFaultTest : ::testing::Test, LinkFixture, StatusDisplay {
   FileFaultTest() {
     LoadProduct(35);
@@ -41,7 +62,7 @@ struct FileFaultTest : ::testing::Test, LinkFixture, StatusDisplay {
     dialogs.name = "panel.txt";
   }
 
-  void ShowStatus(const std::string& text) override { status_line = text; }
+  void ShowStatus(const std::string& /*text*/) override {}
 
   /// The lines of a resolution data file with this many entries.
   std::string ResolutionText(std::size_t upper) {
@@ -60,7 +81,6 @@ struct FileFaultTest : ::testing::Test, LinkFixture, StatusDisplay {
   ResolutionData data{table, link, progress};
   frm_Progress window{nullptr, clock};
   SessionStatus status{*this};
-  std::string status_line;
 };
 
 TEST_F(FileFaultTest, AFullDiskCutsTheSettingsFileAndTheSaveReportsSuccess) {
@@ -98,8 +118,10 @@ TEST_F(FileFaultTest, AFolderThatCannotBeWrittenToKeepsItsFiles) {
   WriteText("panel.txt", std::string(kHead) + "159,5\r\n");
   WriteText("resdata.txt", ResolutionText(1));
   WriteText("secret.txt", "[1.0]\r\n");
-  chmod("secret.txt", 0);
-  const UnwritableFolder unwritable(".");
+  fs::permissions("secret.txt", fs::perms::none);
+  fs::permissions("panel.txt", fs::perms{0444});
+  fs::permissions(".", fs::perms{0555});
+  const OrdinaryUser user;
   table.Reset(7);
   EXPECT_FALSE(data.WriteResolutionFile("resdata.txt"));
   for (const char* name : {"panel.txt", "new.txt", "panel.txt/below.txt"}) {

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
+#ifdef QT_WIDGETS_LIB
+#include <QApplication>
+#else
+#include <QCoreApplication>
+#endif
 
 int main(int argc, char* argv[]) {
   // Ports, settings and files of the tests are their own, here and in the processes they start.
@@ -11,8 +15,13 @@ int main(int argc, char* argv[]) {
   qputenv("XDG_CONFIG_HOME", folder.path().toLocal8Bit());
   qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
   qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef QT_WIDGETS_LIB
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("KALDE2"));
+  QApplication::setStyle(QStringLiteral("Fusion"));  // the same geometry on every desktop
+#else
+  QCoreApplication application(argc, argv);
+#endif
+  QCoreApplication::setApplicationName(QStringLiteral("KALDE2"));
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }
