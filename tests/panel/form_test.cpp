@@ -99,20 +99,6 @@ TEST_F(FormTest, AViewThatTheScreenHasNoRoomForScrollsAndFollowsTheFocus) {
   QApplication::setFont(usual);
 }
 
-TEST_F(FormTest, TheStateIsNamed) {
-  Start();
-  ASSERT_TRUE(QTest::qWaitFor([this] { return !Form().lbl_portdevice->text().isEmpty(); }));
-  ConnectUnit();
-  Press("Cmd_openclose");
-  const auto name = [](QWidget* control) {
-    return QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
-  };
-  EXPECT_EQ(name(Form().lbl_comstate), "OPEN : K2-6350");
-  EXPECT_EQ(Form().lbl_comstate->toolTip(), "Port 1: /dev/fake1\nOPEN : K2-6350");
-  Press("Cmd_openclose");
-  EXPECT_EQ(name(Form().lbl_comstate), "CLOSED");
-}
-
 /// What an object is like; what is 0, false or empty is left out.
 std::string Description(const QObject& object) {
   QString text = object.objectName();
@@ -199,19 +185,38 @@ TEST_F(FormTest, IsAsItsDescriptionSays) {
   EXPECT_EQ(described.peek(), EOF);
 }
 
-TEST_F(FormTest, TheNumberOfAPortIsThereToBeTypedOver) {
-  Start();
-  Form().txt_port->setText("99999");
+TEST_F(FormTest, TheStatusLineIsSeenAndInNobodysWay) {
+  StartAndOpen(32);
+  Choose("mnu_function_advanced");
+  QLabel& line = *Form().lbl_status;
+  EXPECT_TRUE(line.isVisible() && line.height() >= line.fontMetrics().height());
+  const QRect place(line.mapTo(&Window(), QPoint()), line.size());
+  EXPECT_NE(Window().childAt(place.center()), &line) << "clicks go to what lies under it";
+  EXPECT_TRUE(Window().rect().contains(place) && place.bottom() < VornikForm::kCompactHeight);
+  for (const QWidget* const control : Form().ReplyControls()) {
+    const QRect other(control->mapTo(&Window(), QPoint()), control->size());
+    EXPECT_FALSE(control->isVisible() && other.intersects(place))
+        << control->objectName().toStdString();
+  }
+  const QString text = line.text();
+  line.setProperty("Tag", "134");
+  Unasked(WriteOf(134, 300));
+  EXPECT_EQ(Form().Slider("slide_zoom")->Value(), 300);
+  EXPECT_EQ(line.text(), text);
   Press("Cmd_openclose");
-  ASSERT_EQ(boxes.shown.size(), 1U);
-  QLineEdit& field = *Form().txt_port;
-  EXPECT_TRUE(field.hasFocus());
-  EXPECT_EQ(field.selectedText(), "99999");
-  field.setText("12");
-  Focus(*Form().cbo_baud);
-  QTest::mouseClick(&field, Qt::LeftButton);
-  QTest::keyClick(&field, Qt::Key_3);
-  EXPECT_EQ(field.text(), "3");
+  EXPECT_TRUE(line.isEnabled());
+}
+
+TEST_F(FormTest, TheProgressWindowStaysAfterAFetchThatFailsUntilItIsClosed) {
+  StartAndOpen();
+  ASSERT_FALSE(unit->Faults().Add("error-reply"));
+  Choose("mnu_function_refreshRes");
+  frm_Progress& window = panel->Progress();
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_EQ(window.minimumSize(), window.maximumSize());
+  EXPECT_FALSE(window.windowFlags() & Qt::WindowMinMaxButtonsHint);
+  window.close();
+  EXPECT_FALSE(window.isVisible());
 }
 
 }  // namespace
