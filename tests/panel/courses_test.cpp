@@ -3,6 +3,7 @@
 // seen: of controls, recorded values, boxes and time. After a change that is meant, KALDE2_UPDATE=1
 // writes the texts anew, for their difference to be read.
 
+#include <QAccessible>
 #include <QScrollBar>
 #include <filesystem>
 #include <sstream>
@@ -101,6 +102,16 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<fs::pa
     }
   }
 
+  /// What an assistive tool does: sets a value, or toggles a mark.
+  static void Assist(QWidget* control, const QString& value) {
+    auto* const node = QAccessible::queryAccessibleInterface(control);
+    if (auto* const range = node->valueInterface()) {
+      range->setCurrentValue(value.toInt());
+    } else {
+      node->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    }
+  }
+
   static void Commit(QWidget& field, const QString& text) {
     QInputMethodEvent event;
     event.setCommitString(text);
@@ -151,8 +162,10 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<fs::pa
       }
     }
     for (int i = 0; i < Form().lst_commands->count(); ++i) {
-      put("line " + std::to_string(i), Form().lst_commands->item(i)->text());
+      const QStringList line = Form().lst_commands->item(i)->text().split(" : ");
+      put("line " + line.first().toStdString(), '"' + line.last() + '"');
     }
+    put("lines", QString::number(Form().lst_commands->count()));
     put("line", QString::number(Form().lst_commands->currentRow() + 1));
     put("line saved", QString::number(panel->Editor().SavedCommandLine() + 1));
     put("line scrolled",
@@ -211,6 +224,7 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<fs::pa
       {"answer", [this](Words& w) { boxes.answer = Word(w) == "ok"; }},
       {"arrive", [this](Words& w) { port.Arrive(Rest(w).replace("\\r", "\r").toStdString()); }},
       {"change", [this](Words& w) { const int address = Number(w); Unasked(unit->ChangeAtFrontPanel(address, 16, Number(w))); }},
+      {"assist", [this](Words& w) { QWidget* const control = Control(w); Assist(control, Rest(w)); }},
       {"choose", [this](Words& w) { Choose(Word(w).c_str()); }},
       {"click", [this](Words& w) { QTest::mouseClick(Control(w), Qt::LeftButton); }},
       {"close", [this](Words&) { Window().close(); }},
@@ -228,6 +242,7 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<fs::pa
       {"set", [this](Words& w) { QWidget& control = *Control(w); const std::string name = Word(w); control.setProperty(name.c_str(), Rest(w)); }},
       {"setting", [this](Words& w) { const QString text = Rest(w); if (text.isEmpty()) return settings.values.clear(); settings.values[{"Tessaly", text.section('=', 0, 0).toStdString()}] = text.section('=', 1).toStdString(); }},
       {"start", [this](Words&) { StartAnew(); }},
+      {"tab", [](Words&) { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); }},
       {"tick", [this](Words& w) { log << (Tick(Word(w).c_str()) ? "" : "  does not run\n"); }},
       {"told", [this](Words& w) { const int address = Number(w); panel->UnitSession().Link().ParseReply(WriteOf(address, Number(w)).replace(1, 2, "44")); }},
       {"type", [this](Words& w) { QWidget& field = *Control(w); Keys(field, "Ctrl+A"); QTest::keyClicks(&field, Rest(w).replace("\\r", "\r")); }},

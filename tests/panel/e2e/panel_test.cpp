@@ -2,7 +2,6 @@
 // the other.
 
 #include <QDir>
-#include <QSettings>
 #include <csignal>
 
 #include "adapters/end_signals.h"
@@ -90,23 +89,6 @@ TEST_F(EndToEnd, ASignalEndsWhateverRunsOrIsOpen) {
     EXPECT_EQ(panel->settings.GetSetting("Tessaly", "Serial Port", ""), "9");
     panel->settings.SaveSetting("Tessaly", "Serial Port", "1");
   }
-}
-
-TEST_F(EndToEnd, RemembersThePortWhereItCanAndClosesInSilence) {
-  const auto store_in = [](const QString& folder) {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
-  };
-  for (const auto& [folder, number] : {std::pair{NoFolder(), "1"}, {QString("settings"), "7"}}) {
-    store_in(QDir::current().absoluteFilePath(folder));
-    StartPanel();
-    Form().txt_port->setText("7");
-    Window().close();
-    EXPECT_EQ(panel->ends, 1);
-    EXPECT_TRUE(Boxes().isEmpty());
-    StartPanel();
-    EXPECT_EQ(Form().txt_port->text().toStdString(), number);
-  }
-  store_in(QDir::currentPath());
 }
 
 TEST_F(EndToEnd, TakesNoCpuClosedOpenOrWaitingForASilentUnit) {
@@ -210,27 +192,6 @@ TEST_F(EndToEnd, ADoubleClickOnOpenPortOpensOnce) {
   ExpectShowsOpen();
   QTest::mouseClick(window, Qt::LeftButton, {}, middle);
   ExpectShowsClosed();
-}
-
-TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
-  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
-  // What the unit says of itself would else get into the midst of what it is asked.
-  const auto set_and_shown = [this](int value) {
-    unit->Command("set 178 " + QByteArray::number(value));
-    return Becomes([&] { return Form().Slider("slide_ymax")->Value() == value; });
-  };
-  ASSERT_TRUE(set_and_shown(77));
-  Choose("mnu_clone_read");
-  file_name = QDir::current().filePath("first");
-  Choose("mnu_file_save");
-  ASSERT_TRUE(set_and_shown(20));
-  file_name += ".txt";
-  Choose("mnu_file_load");
-  EXPECT_EQ(Boxes(), QStringList({"plain, KALDE2 Control Panel: Settings saved to file",
-                                  "plain, KALDE2 Control Panel: Loaded values from file"}));
-  Choose("menu_clone_write");
-  EXPECT_EQ(unit->Value(178), 77);
-  EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
 }
 
 TEST_F(EndToEnd, AFetchBringsEverySlotWholeIntoTheFile) {
