@@ -10,12 +10,11 @@
 
 #include "link/per_source.h"
 #include "tests/support/panel_fixture.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/written_down.h"
 
 namespace kalde2 {
 namespace {
 
-namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 
 std::string Word(std::istringstream& words) {
@@ -34,7 +33,7 @@ QString Rest(std::istringstream& words) {
   return QString::fromUtf8(rest.c_str());
 }
 
-class Courses : public PanelFixture, public ::testing::WithParamInterface<fs::path> {
+class Courses : public PanelFixture, public ::testing::WithParamInterface<std::filesystem::path> {
  protected:
   /// Does what a line says, and writes down what comes of it.
   void Perform(const std::string& act) {
@@ -257,26 +256,17 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<fs::pa
 };
 
 TEST_P(Courses, GoAsTheyAreWrittenDown) {
-  const std::string expected = ReadText(GetParam());
-  std::istringstream lines(expected);
+  std::istringstream lines(ReadText(GetParam()));
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with('#') || line.empty()) log << line << '\n';
     if (line.starts_with(">> ")) Prepare(line.substr(3));
     if (line.starts_with("> ")) Perform(line.substr(2));
   }
-  if (qEnvironmentVariableIsSet("KALDE2_UPDATE")) return WriteText(GetParam(), log.str());
-  EXPECT_EQ(log.str(), expected);
+  ExpectAsWrittenDown(log.str(), GetParam());
 }
 
-std::vector<fs::path> Texts() {
-  std::vector<fs::path> texts;
-  for (const auto& entry : fs::directory_iterator(KALDE2_TESTS "/panel/courses"))
-    texts.push_back(entry.path());
-  return texts;
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, Courses, ::testing::ValuesIn(Texts()),
-                         [](const auto& text) { return text.param.stem().string(); });
+INSTANTIATE_TEST_SUITE_P(Texts, Courses, ::testing::ValuesIn(WrittenDownIn("panel/courses")),
+                         NameOfText);
 
 }  // namespace
 }  // namespace kalde2

@@ -8,7 +8,7 @@
 #include "panel/app_info.h"
 #include "panel/clipping_area.h"
 #include "tests/support/panel_fixture.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/written_down.h"
 
 namespace kalde2 {
 namespace {
@@ -174,15 +174,7 @@ TEST_F(FormTest, IsAsItsDescriptionSays) {
     const bool is_in_chain = widget != nullptr && widget->focusPolicy() != Qt::NoFocus;
     if (!is_in_chain && is_told(object)) now << Description(*object) << '\n';
   }
-  const std::string path = KALDE2_TESTS "/panel/form.txt";
-  if (qEnvironmentVariableIsSet("KALDE2_UPDATE")) WriteText(path, now.str());
-  std::istringstream shown(now.str());
-  std::istringstream described(ReadText(path));
-  for (std::string line, expected; std::getline(shown, line);) {
-    std::getline(described, expected);
-    EXPECT_EQ(line, expected);
-  }
-  EXPECT_EQ(described.peek(), EOF);
+  ExpectAsWrittenDown(now.str(), KALDE2_TESTS "/panel/form.txt");
 }
 
 TEST_F(FormTest, TheStatusLineIsSeenAndInNobodysWay) {
