@@ -77,7 +77,6 @@ EndSignals::~EndSignals() {
     sigaction(signal, &action, nullptr);
   }
   close(write_end);
-  write_end = -1;
 }
 
 }  // namespace kalde2

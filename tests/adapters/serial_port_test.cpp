@@ -1,6 +1,7 @@
 #include "adapters/qt_serial_port.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -74,6 +75,7 @@ class QtSerialPortTest : public testing::Test, public PortListener {
 
 TEST_F(QtSerialPortTest, OpensWithBothFlowControlsAndIsUselessClosed) {
   OpenNewLine();
+  EXPECT_NE(port_.findChild<QObject*>("MSComm1"), nullptr);
   ASSERT_EQ(port_.Open({.settings = "38400,N,8,1"}), std::nullopt);
   const termios settings = line_.Settings();
   EXPECT_EQ(cfgetospeed(&settings), speed_t{B38400});
@@ -94,6 +96,11 @@ TEST_F(QtSerialPortTest, SaysWhyItDoesNotOpen) {
   }
   EXPECT_EQ(port_.Open({.settings = "57600,N,8,1", .comm_port = 7}),
             "There is no serial port 7 on this computer");
+  ASSERT_EQ(chmod(line_.Device().c_str(), 0), 0);
+  const OrdinaryUser user;
+  EXPECT_EQ(port_.Open(kSetup), line_.Device() +
+                                    " may only be used by the members of the group \"" +
+                                    QFileInfo(directory_.device).group().toStdString() + '"');
   EXPECT_FALSE(port_.PortOpen());
 }
 

@@ -4,6 +4,7 @@
 // writes the texts anew, for their difference to be read.
 
 #include <QAccessible>
+#include <QMetaProperty>
 #include <QScrollBar>
 #include <filesystem>
 #include <sstream>
@@ -137,6 +138,19 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
 
   [[nodiscard]] QWidget* Control(Words& words) { return Find<QWidget>(Word(words).c_str()); }
 
+  static const std::vector<QMetaProperty>& ToldOf(const QMetaObject& type) {
+    static std::map<const QMetaObject*, std::vector<QMetaProperty>> known;
+    const auto [found, is_new] = known.try_emplace(&type);
+    if (!is_new) return found->second;
+    for (const char* name :
+         {"text", "toolTip", "enabled", "visible", "checked", "valueX", "valueY", "Min", "max",
+          "currentIndex", "active", "value", "maximum", "selectedText"}) {
+      const int index = type.indexOfProperty(name);
+      if (index >= 0) found->second.push_back(type.property(index));
+    }
+    return found->second;
+  }
+
   [[nodiscard]] State Now() {
     State state;
     const auto put = [&state](const std::string& name, const QString& value) {
@@ -147,10 +161,8 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
       const std::string name = object->objectName().toStdString();
       const bool is_part = qobject_cast<const ArrowControl*>(object->parent()) != nullptr;
       if (name.empty() || name.starts_with("qt_") || is_part) continue;
-      for (const char* property :
-           {"text", "toolTip", "enabled", "visible", "checked", "valueX", "valueY", "Min", "max",
-            "currentIndex", "active", "value", "maximum", "selectedText"}) {
-        put(name + ' ' + property, object->property(property).toString());
+      for (const QMetaProperty& property : ToldOf(*object->metaObject())) {
+        put(name + ' ' + property.name(), property.read(object).toString());
       }
       if (const auto* const list = qobject_cast<const QComboBox*>(object)) {
         QStringList items;
@@ -174,13 +186,14 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
     const QWidget& field = *Form().txt_commandval;
     put("tinted", QVariant(field.testAttribute(Qt::WA_SetPalette)).toString());
     ValueStore& values = panel->UnitSession().Unit().values;
-    for (int i = 0; i < ValueStore::kParamValues; ++i) {
-      put("recorded " + std::to_string(i + kFirstAddress), QString::number(values.ParamValue(i)));
-    }
+    const auto put_recorded = [&put](int address, const std::string& of, int value) {
+      if (value != 0) put("recorded " + std::to_string(address) + of, QString::number(value));
+    };
+    for (int i = 0; i < kCatalogueSize; ++i)
+      put_recorded(kFirstAddress + i, "", values.ParamValue(i));
     for (const PerSourceRow& row : kPerSource) {
-      for (int i = 0; i < 20; ++i) {
-        put("recorded " + std::to_string(row.address) + " of " + std::to_string(i),
-            QString::number(values.SourceValue(row.slot, i)));
+      for (const int i : {0, 1, 2, 3}) {
+        put_recorded(row.address, " of " + std::to_string(i), values.SourceValue(row.slot, i));
       }
     }
     put("open", QVariant(port.open).toString());
