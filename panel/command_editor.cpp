@@ -7,7 +7,6 @@
 #include "controls/painting.h"
 #include "files/skip_on_fault.h"
 #include "link/fault.h"
-#include "link/scoped_flag.h"
 
 namespace kalde2 {
 namespace {
@@ -76,7 +75,6 @@ void CommandEditor::lst_commands_Click() {
   const QListWidgetItem* const line = selected.front();
   current_command_ = IndexOfLine(*line);
   try {
-    const ScopedFlag suppress(suppress_command_events_);
     PrepareEditor(current_command_);
   } catch (const Fault&) {
     // What could be prepared stays.
@@ -156,7 +154,6 @@ void CommandEditor::FillChoices(CatalogueIndex index) {
 }
 
 void CommandEditor::cbo_command_Click() {
-  if (suppress_command_events_) return;
   Change(list_.Record(current_command_).UseItemData ? form_.cbo_command->currentData().toInt()
                                                     : form_.cbo_command->currentIndex());
 }
@@ -175,7 +172,6 @@ void CommandEditor::txt_commandval_Leave(Qt::FocusReason reason) {
 }
 
 void CommandEditor::txt_commandval_Enter() {
-  if (suppress_command_events_) return;
   // Also a number that is refused is no longer being typed: the next rebuild replaces it.
   form_.txt_commandval->setModified(false);
   std::int32_t value = 0;

@@ -63,7 +63,6 @@ class CommandEditor {
   OperatorQueue& queue_;
   CatalogueIndex current_command_;
   int saved_command_line_ = 0;
-  bool suppress_command_events_ = false;
 };
 
 }  // namespace kalde2

@@ -145,15 +145,9 @@ void DirectControls::FillSourceCombos(const ValueNames& names) {
   form_.cbo_lock->clear();
   form_.cbo_program->clear();
   FillCombo(*form_.cbo_lock, names, kLockSourceList);
-  if (form_.cbo_lock->count() > 0) {
-    form_.cbo_lock->setCurrentIndex(0);
-    SendLockSource(Chosen(*form_.cbo_lock));
-  }
+  if (form_.cbo_lock->count() > 0) SendLockSource(Chosen(*form_.cbo_lock));
   FillCombo(*form_.cbo_program, names, kMainInputList);
-  if (form_.cbo_program->count() > 0) {
-    form_.cbo_program->setCurrentIndex(0);
-    SendProgram(Chosen(*form_.cbo_program));
-  }
+  if (form_.cbo_program->count() > 0) SendProgram(Chosen(*form_.cbo_program));
 }
 
 void DirectControls::ResolutionSelected() {

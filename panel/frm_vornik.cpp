@@ -92,8 +92,6 @@ void frm_vornik::Form_Load() {
   form_.cbo_baud->setCurrentIndex(
       form_.cbo_baud->findText(baud, Qt::MatchExactly | Qt::MatchCaseSensitive));
   form_.txt_port->setText(port);
-  form_.SetAdvancedHeight(false);
-  form_.mnu_function_advanced->setChecked(false);
   form_.Cmd_openclose->setFocus();
 }
 
@@ -128,7 +126,6 @@ void frm_vornik::FillResolutionList() {
   for (const ResolutionItem& item : resolution_menu_.FillResolutionList()) {
     form_.cbo_resolution->addItem(QString::fromLatin1(item.text.c_str()), item.data);
   }
-  form_.cbo_resolution->setCurrentIndex(0);
 }
 
 void frm_vornik::Form_Unload() {
