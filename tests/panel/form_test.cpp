@@ -5,6 +5,7 @@
 #include <map>
 #include <sstream>
 
+#include "controls/shared_style.h"
 #include "panel/app_info.h"
 #include "panel/clipping_area.h"
 #include "tests/support/panel_fixture.h"
@@ -151,6 +152,11 @@ std::string Description(const QObject& object) {
   if (const auto* const label = qobject_cast<const QLabel*>(&object); label && label->buddy()) {
     text += " buddy=" + label->buddy()->objectName();
   }
+  if (const auto* const widget = qobject_cast<const QWidget*>(&object)) {
+    if (widget->font().bold()) text += " bold";
+    if (widget->style() == SharedStyle()) text += " drawn";
+    if (widget->sizePolicy().retainSizeWhenHidden()) text += " stays";
+  }
   return text.replace('\n', ' ').replace(AppInfo::kVersion, "VERSION").toStdString();
 }
 
@@ -171,7 +177,8 @@ TEST_F(FormTest, IsAsItsDescriptionSays) {
   }
   for (const auto* const object : Window().findChildren<QObject*>()) {
     const auto* const widget = qobject_cast<const QWidget*>(object);
-    const bool is_in_chain = widget != nullptr && widget->focusPolicy() != Qt::NoFocus;
+    const bool is_in_chain =
+        widget != nullptr && widget->focusPolicy() != Qt::NoFocus && widget->window() == &Window();
     if (!is_in_chain && is_told(object)) now << Description(*object) << '\n';
   }
   ExpectAsWrittenDown(now.str(), KALDE2_TESTS "/panel/form.txt");
