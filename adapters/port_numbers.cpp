@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <utility>
 
 namespace kalde2 {
 namespace {
@@ -55,9 +56,7 @@ bool NaturallyLess(const QString& left, const QString& right) {
       ++j;
     }
   }
-  const qsizetype left_rest = left.size() - i;
-  const qsizetype right_rest = right.size() - j;
-  return left_rest != right_rest ? left_rest < right_rest : left < right;
+  return std::pair(left.size() - i, left) < std::pair(right.size() - j, right);
 }
 
 QStringList DevicesPresent() {

@@ -91,7 +91,6 @@ class CheckedFileDialog : public QFileDialog {
       : QFileDialog(parent, FromUtf8(setup.title), QCoreApplication::applicationDirPath(),
                     FromUtf8(setup.filter_label)) {
     setAcceptMode(mode);
-    setFileMode(AnyFile);
     setOption(DontConfirmOverwrite);
     setDefaultSuffix(FromUtf8(setup.default_extension));
   }

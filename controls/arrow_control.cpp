@@ -436,13 +436,9 @@ void ArrowControl::changeEvent(QEvent* event) {
   }
 }
 
-void ArrowControl::focusInEvent(QFocusEvent* /*event*/) {
-  update();
-}
-
-void ArrowControl::focusOutEvent(QFocusEvent* /*event*/) {
+void ArrowControl::focusOutEvent(QFocusEvent* event) {
   if (held_by_ == HeldBy::kKey) EndHold();
-  update();
+  QWidget::focusOutEvent(event);
 }
 
 void ArrowControl::hideEvent(QHideEvent* event) {

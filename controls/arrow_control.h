@@ -171,7 +171,6 @@ class ArrowControl : public QWidget {
  protected:
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

@@ -4,7 +4,6 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLocale>
 #include <QScreen>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -24,9 +23,6 @@ FineAdjustPopup::FineAdjustPopup(QWidget* parent)
   spin_->setAlignment(Qt::AlignRight);
   spin_->setKeyboardTracking(false);  // a number being typed counts once it is complete
   spin_->setAccessibleDescription(tr("Enter keeps the value, Esc restores the previous one"));
-  QLocale plain = locale();
-  plain.setNumberOptions(QLocale::OmitGroupSeparator);
-  spin_->setLocale(plain);
   setFocusProxy(spin_);
 
   auto* layout = new QHBoxLayout(this);

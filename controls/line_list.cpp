@@ -64,16 +64,4 @@ bool LineList::event(QEvent* event) {
   return true;
 }
 
-void LineList::focusInEvent(QFocusEvent* event) {
-  QListWidget::focusInEvent(event);
-  update();
-  viewport()->update();
-}
-
-void LineList::focusOutEvent(QFocusEvent* event) {
-  QListWidget::focusOutEvent(event);
-  update();
-  viewport()->update();
-}
-
 }  // namespace kalde2

@@ -16,8 +16,6 @@ class LineList : public QListWidget {
 
  protected:
   bool event(QEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
 };
 
 /// A LineList's place in a layout, of which it takes what whole lines need.

@@ -88,8 +88,6 @@ void frm_vornik::Form_Load() {
   form_.cbo_baud->setCurrentIndex(form_.cbo_baud->findText(
       QString::fromStdString(last.baud), Qt::MatchExactly | Qt::MatchCaseSensitive));
   form_.txt_port->setText(QString::fromStdString(last.port));
-  form_.SetAdvancedHeight(false);
-  form_.mnu_function_advanced->setChecked(false);
   form_.Cmd_openclose->setFocus();
 }
 

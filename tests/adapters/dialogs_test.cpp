@@ -1,7 +1,6 @@
 #include "adapters/qt_dialogs.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QApplication>
 #include <QDir>
@@ -9,11 +8,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 #include <filesystem>
 #include <functional>
 
+#include "tests/support/ordinary_user.h"
 #include "tests/support/temp_folder.h"
 
 namespace kalde2 {
@@ -50,6 +51,7 @@ TEST(QtMessageBoxesTest, ShowPlainTextUnderTheGivenTitle) {
   for (const auto& [key, confirmed] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, true}}) {
     OnNext<QMessageBox>([pressed = key](QMessageBox& box) {
       EXPECT_EQ(box.windowTitle(), "KALDE2 Control Panel");
+      EXPECT_TRUE(box.defaultButton() == box.button(QMessageBox::Ok));
       QTest::keyClick(&box, pressed);
     });
     EXPECT_EQ(boxes.Confirm("Store?", ""), confirmed);
@@ -84,21 +86,6 @@ std::string Says(const std::function<std::optional<std::string>(QtFileDialogs&)>
   const auto chosen = ask(dialogs);
   return chosen ? "took " + std::filesystem::path(*chosen).filename().string() : said;
 }
-
-/// An ordinary user in a scope, whoever runs the tests.
-class OrdinaryUser {
- public:
-  OrdinaryUser() {
-    constexpr uid_t kNobody = 65534;
-    EXPECT_TRUE(!was_root_ || setresuid(kNobody, kNobody, 0) == 0);
-  }
-  ~OrdinaryUser() { EXPECT_TRUE(!was_root_ || setresuid(0, 0, 0) == 0); }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  bool was_root_ = getuid() == 0;
-};
 
 TEST(QtFileDialogsTest, StayOpenForAFileThatCannotBeUsedAndTouchNothing) {
   namespace fs = std::filesystem;

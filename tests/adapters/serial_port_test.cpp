@@ -1,6 +1,7 @@
 #include "adapters/qt_serial_port.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -9,33 +10,17 @@
 #include <QTest>
 #include <QTimer>
 #include <cerrno>
-#include <exception>
 #include <functional>
 
 #include "adapters/qt_clock.h"
 #include "link/fault.h"
 #include "tests/adapters/test_line.h"
+#include "tests/support/ordinary_user.h"
 
 namespace kalde2 {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// Gives up the rights of root while the scope lasts.
-class NotRoot {
- public:
-  NotRoot() { Become(65534); }
-  ~NotRoot() { Become(0); }
-  NotRoot(const NotRoot&) = delete;
-  NotRoot& operator=(const NotRoot&) = delete;
-
- private:
-  void Become(uid_t user) const {
-    if (is_root_ && seteuid(user) != 0) std::terminate();
-  }
-
-  bool is_root_ = geteuid() == 0;
-};
 
 /// A line on port 1, and what is told of it.
 class QtSerialPortTest : public testing::Test, public PortListener {
@@ -90,6 +75,7 @@ class QtSerialPortTest : public testing::Test, public PortListener {
 
 TEST_F(QtSerialPortTest, OpensWithBothFlowControlsAndIsUselessClosed) {
   OpenNewLine();
+  EXPECT_NE(port_.findChild<QObject*>("MSComm1"), nullptr);
   ASSERT_EQ(port_.Open({.settings = "38400,N,8,1"}), std::nullopt);
   const termios settings = line_.Settings();
   EXPECT_EQ(cfgetospeed(&settings), speed_t{B38400});
@@ -110,6 +96,11 @@ TEST_F(QtSerialPortTest, SaysWhyItDoesNotOpen) {
   }
   EXPECT_EQ(port_.Open({.settings = "57600,N,8,1", .comm_port = 7}),
             "There is no serial port 7 on this computer");
+  ASSERT_EQ(chmod(line_.Device().c_str(), 0), 0);
+  const OrdinaryUser user;
+  EXPECT_EQ(port_.Open(kSetup), line_.Device() +
+                                    " may only be used by the members of the group \"" +
+                                    QFileInfo(directory_.device).group().toStdString() + '"');
   EXPECT_FALSE(port_.PortOpen());
 }
 
@@ -134,7 +125,7 @@ TEST_F(QtSerialPortTest, NamesALockThatADeadProgramOfAnotherUserHasLeft) {
                ", whose owner no longer runs. To free it, type: sudo rm " + path.toStdString();
   }
   {
-    const NotRoot ordinary;
+    const OrdinaryUser user;
     EXPECT_EQ(port_.Open(kSetup), expected);
   }
   port_.Close();

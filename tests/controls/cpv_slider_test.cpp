@@ -7,6 +7,7 @@
 #include <QStyleOptionSlider>
 #include <QTest>
 #include <QWheelEvent>
+#include <functional>
 
 namespace kalde2 {
 namespace {
@@ -122,14 +123,16 @@ TEST_F(CpvSliderTest, WhatItFollowsShowsWhenItIsLetGoUnlessItWasChangedSince) {
   const auto drag = [this] { QTest::mouseMove(&slider_, Handle() + QPoint(20, 0)); };
   const auto open = [this] { QTest::mouseClick(&slider_, Qt::RightButton); };
   const QPoint rail(3, slider_.height() / 2);
+  const auto press_rail = [&] { QTest::mousePress(&slider_, Qt::LeftButton, {}, rail); };
   const Hold holds[] = {
       {press, drag, [this] { QTest::mouseRelease(&slider_, Qt::LeftButton); }},
       {press, drag, [this] { slider_.hide(); }},
       {press, drag, [this] { slider_.setEnabled(false); }},
       {open, [&] { spin_key(Qt::Key_Up); }, [&] { spin_key(Qt::Key_Enter); }},
       {open, [&] { spin_key(Qt::Key_Up); }, [this] { slider_.setEnabled(false); }},
-      {[&] { QTest::mousePress(&slider_, Qt::LeftButton, {}, rail); }, [] {},
-       [&] { QTest::mouseRelease(&slider_, Qt::LeftButton, {}, rail); }},
+      {press_rail, [] {}, [&] { QTest::mouseRelease(&slider_, Qt::LeftButton, {}, rail); }},
+      {press_rail, [] {}, [this] { slider_.setEnabled(false); }},
+      {press_rail, [] {}, [this] { slider_.hide(); }},
   };
   for (const Hold& hold : holds) {
     for (const bool changed_since : {false, true}) {
@@ -153,6 +156,37 @@ TEST_F(CpvSliderTest, WhatItFollowsShowsWhenItIsLetGoUnlessItWasChangedSince) {
   }
   slider_.Follow(30);
   EXPECT_EQ(slider_.Value(), 30);
+}
+
+TEST_F(CpvSliderTest, OnlyAWholeRightClickAndItsKeysOpenTheFineAdjustment) {
+  const QPoint outside(-5, -5);
+  const QPoint middle = slider_.rect().center();
+  const auto menu = [&](QContextMenuEvent::Reason reason) {
+    QContextMenuEvent event(reason, middle, slider_.mapToGlobal(middle));
+    QApplication::sendEvent(&slider_, &event);
+    EXPECT_TRUE(event.isAccepted());
+  };
+  const std::pair<std::function<void()>, bool> ways[] = {
+      {[&] { QTest::mouseClick(&slider_, Qt::RightButton); }, true},
+      {[&] { QTest::mouseRelease(&slider_, Qt::RightButton); }, false},
+      {[&] {
+         QTest::mousePress(&slider_, Qt::RightButton);
+         QTest::mouseRelease(&slider_, Qt::RightButton, {}, outside);
+       },
+       false},
+      {[&] { QTest::mouseRelease(&slider_, Qt::RightButton); }, false},
+      {[&] { QTest::mouseClick(&slider_, Qt::MiddleButton, {}, Handle()); }, false},
+      {[&] { QTest::keyClick(&slider_, Qt::Key_Menu); }, true},
+      {[&] { QTest::keyClick(&slider_, Qt::Key_F10, Qt::ShiftModifier); }, true},
+      {[&] { QTest::keyClick(&slider_, Qt::Key_F10); }, false},
+      {[&] { menu(QContextMenuEvent::Mouse); }, false},
+      {[&] { menu(QContextMenuEvent::Keyboard); }, true}};
+  for (const auto& [act, opens] : ways) {
+    act();
+    EXPECT_EQ(slider_.isHeld(), opens) << "one of the ways";
+    if (opens)
+      QTest::keyClick(slider_.findChild<QDoubleSpinBox*>("spin_fineadjust"), Qt::Key_Escape);
+  }
 }
 
 TEST_F(CpvSliderTest, FineAdjustmentStepsLiveUntilEnterKeepsOrEscRestores) {

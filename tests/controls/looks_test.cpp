@@ -82,6 +82,58 @@ TEST(LooksTest, ADisabledRailFadesInEveryPalette) {
   }
 }
 
+/// The rectangle around the pixels of a colour.
+QRect Around(const QColor& color, const QImage& picture) {
+  QRect around;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      if (picture.pixelColor(x, y) == color) around |= QRect(x, y, 1, 1);
+    }
+  }
+  return around;
+}
+
+TEST(LooksTest, ARailIsALineOrAPictureAndTheValueStandsBesideIt) {
+  QPixmap red(4, 4);
+  red.fill(Qt::red);
+  QPixmap blue(16, 16);
+  blue.fill(Qt::blue);
+  for (const auto form : {cpvSlider::Adjust::kHorizontal, cpvSlider::Adjust::kVertical}) {
+    cpvSlider slider;
+    EXPECT_EQ(slider.max(), 100);
+    EXPECT_EQ(slider.pageStep(), 10);
+    slider.setValue(50);
+    slider.setAdjustType(form);
+    EXPECT_EQ(slider.AdjustType(), form);
+    const bool upright = form == cpvSlider::Adjust::kVertical;
+    const auto along = [upright](const QSize& size) {
+      return upright ? size.height() : size.width();
+    };
+    const auto across = [upright](const QSize& size) {
+      return upright ? size.width() : size.height();
+    };
+    const QSize narrow = slider.sizeHint();
+    slider.setDecimalDisplay(3);
+    EXPECT_GT(slider.sizeHint().width(), narrow.width());
+    slider.setShowValue(false);
+    EXPECT_LT(along(slider.sizeHint()), along(narrow));
+    EXPECT_LT(along(slider.minimumSizeHint()), along(slider.sizeHint()));
+    slider.resize(upright ? QSize(30, 160) : QSize(160, 30));
+    const QImage standard = slider.grab().toImage();
+    slider.setRailStyle(cpvSlider::Rail::kPicture);
+    EXPECT_EQ(slider.grab().toImage(), standard) << "there is no picture yet";
+    slider.setRailPicture(red);
+    EXPECT_GT(along(Around(Qt::red, slider.grab().toImage()).size()), 100);
+    slider.setSliderIcon(blue);
+    EXPECT_FALSE(Around(Qt::blue, slider.grab().toImage()).isEmpty());
+    slider.setRailStyle(cpvSlider::Rail::kLine);
+    const QImage line = slider.grab().toImage();
+    const QColor ink = line.pixelColor(upright ? QPoint(15, 150) : QPoint(150, 15));
+    EXPECT_GT(along(Around(ink, line).size()), 120);
+    EXPECT_EQ(across(Around(ink, line).size()), 3);
+  }
+}
+
 TEST(LooksTest, TheFineAdjustmentNamesItsSliderWhichKeepsItsRing) {
   cpvSlider slider;
   slider.setAccessibleName("Y Min");

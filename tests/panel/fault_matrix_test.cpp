@@ -33,18 +33,6 @@ struct Act {
   bool ends = false;
 };
 
-class FaultMatrix : public PanelFixture, public ::testing::WithParamInterface<Operation> {
- protected:
-  void RunCell(const Operation& operation, const UnitFault& fault, const Act& act);
-  void Flood();
-  void ExpectTruth();
-  void ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault, const Act& act);
-  void ExpectNextOperationWorks();
-
- private:
-  bool flooding_ = false;
-};
-
 // clang-format off
 const Operation kOperations[] = {
     {"open",      [](PanelFixture& t) { t.Press("Cmd_openclose"); }, true},
@@ -65,33 +53,18 @@ const Operation kOperations[] = {
     {"clonewrite",[](PanelFixture& t) { t.Choose("menu_clone_write"); }},
     {"fetch",     [](PanelFixture& t) { t.Choose("mnu_function_refreshRes"); }, false, true},
     {"unasked",   [](PanelFixture& t) {
-       for (int i = 0; i < 5; ++i) {
-         t.port.Arrive(t.unit->NextUnaskedFrame());
-       }
+       for (int i = 0; i < 5; ++i) t.port.Arrive(t.unit->NextUnaskedFrame());
        t.Tick("TmrProcessMessage"); }},
 };
 
 const UnitFault kFaultPlans[] = {
-    {""},
-    {"silent", false, true},
-    {"silent-for=1"},
-    {"silent-for=2"},
-    {"late=400"},
-    {"late=1500", false, false, true},
-    {"split=600"},
-    {"split=1200", false, false, true},
-    {"noise-before", false, false, true},
-    {"noise-inside", false, false, true},
-    {"noise-after", false, false, true},
-    {"error-reply", false, true},
-    {"short-frame", false, true},
-    {"short-packet"},
-    {"unasked=50", false, false, true, true},
-    {"wrong-address"},
-    {"flow-bytes", false, false, true},
-    {"hang-up-before=2", true},
-    {"hang-up-during=2", true},
-    {"hang-up-after=2", true},
+    {""}, {"silent", false, true}, {"silent-for=1"}, {"silent-for=2"}, {"late=400"},
+    {"late=1500", false, false, true}, {"split=600"}, {"split=1200", false, false, true},
+    {"noise-before", false, false, true}, {"noise-inside", false, false, true},
+    {"noise-after", false, false, true}, {"error-reply", false, true},
+    {"short-frame", false, true}, {"short-packet"}, {"unasked=50", false, false, true, true},
+    {"wrong-address"}, {"flow-bytes", false, false, true}, {"hang-up-before=2", true},
+    {"hang-up-during=2", true}, {"hang-up-after=2", true},
 };
 
 const Act kActs[] = {
@@ -108,6 +81,117 @@ const Act kActs[] = {
     {"close progress",[](PanelFixture& t) { t.panel->Progress().close(); }},
 };
 // clang-format on
+
+void PrintTo(const Operation& operation, std::ostream* out) {
+  *out << operation.name;
+}
+
+class FaultMatrix : public PanelFixture, public ::testing::WithParamInterface<Operation> {
+ protected:
+  void RunCell(const Operation& operation, const UnitFault& fault, const Act& act) {
+    if (operation.opens == port.open) Press("Cmd_openclose");
+    ASSERT_NE(operation.opens, port.open);
+    boxes.shown.clear();
+    clock.StartCounting();
+    // A time-out across the full hour never comes, which is intended and not this test's business.
+    clock.SetMillisecondOfHour(std::chrono::minutes(1));
+    ends = 0;
+    ASSERT_TRUE(*fault.plan == '\0' || !unit->Faults().Add(fault.plan));
+    if (fault.floods) Flood();
+    // In the midst of the first wait, or right after an operation that has none.
+    bool acted = false;
+    const auto perform = [&] {
+      if (std::exchange(acted, true)) return;
+      if (act.perform != nullptr) {
+        act.perform(*this);
+      } else if (!operation.opens) {
+        operation.run(*this);
+      }
+    };
+    clock.After(milliseconds(1), perform);
+    operation.run(*this);
+    perform();
+    clock.ServeEvents(milliseconds(1));
+    // What is late comes in, and what was cut off is found out.
+    for (int i = 0; i < 8; ++i) {
+      clock.ServeEvents(milliseconds(1000));
+      Tick("TmrProcessMessage");
+      Tick("tmr_updatelstCommands");
+    }
+    unit->Faults().Clear();
+    flooding_ = false;
+    EXPECT_EQ(ends, act.ends ? 1 : 0);
+    ExpectTruth();
+    ExpectOnlyStatedBoxes(operation, fault, act);
+    // A garbled answer may end the connectivity, and a fetch, where they stand, which is intended.
+    const bool may_stay =
+        operation.fetches ? *fault.plan != '\0' : operation.opens && fault.garbles && port.open;
+    EXPECT_TRUE(may_stay || !panel->Progress().isVisible());
+    if (auto* const about = Window().findChild<QDialog*>(QStringLiteral("frm_About"))) {
+      about->close();
+    }
+    Window().show();
+    ExpectNextOperationWorks();
+  }
+
+ private:
+  /// A frame each 20 ms, whatever else is on the line.
+  void Flood() {
+    static constexpr milliseconds kPeriod{20};
+    flooding_ = true;
+    const auto next = [this](const auto& again) -> void {
+      if (!flooding_ || !port.open) return;
+      port.Arrive(unit->NextUnaskedFrame());
+      clock.After(kPeriod, [again] { again(again); });
+    };
+    clock.After(kPeriod, [next] { next(next); });
+  }
+
+  void ExpectTruth() {
+    if (port.open) {
+      EXPECT_TRUE(panel->UnitSession().UnitConnected());
+      ExpectShowsOpen();
+    } else if (ends == 0) {
+      ExpectShowsClosed();
+    } else {
+      // The end of the program leaves the rest of the panel as it is.
+      EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
+    }
+  }
+
+  void ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault, const Act& act) {
+    int connect = 0;
+    for (const FakeBoxes::Box& box : boxes.shown) {
+      if (box.title == "Connect") {
+        ++connect;
+        const bool lost = box.prompt.starts_with("The serial port was lost");
+        EXPECT_TRUE(lost ? fault.hangs_up : operation.opens && (fault.no_answer || fault.garbles))
+            << box;
+      } else {
+        EXPECT_TRUE(operation.fetches && box.prompt.starts_with("Problem reading resolution"))
+            << box;
+      }
+    }
+    EXPECT_LE(connect, 1);
+    // A unit that says nothing leaves time to act, and closing the port is no failure to report.
+    const bool silent = std::string_view(fault.plan) == "silent";
+    if (operation.opens && (silent || (fault.no_answer && !act.closes))) {
+      EXPECT_EQ(connect, act.closes ? 0 : 1);
+    }
+  }
+
+  void ExpectNextOperationWorks() {
+    if (!port.open) Press("Cmd_openclose");
+    ExpectShowsOpen();
+    auto* const slider = Form().Slider("slide_softv");
+    const int before = slider->Value();
+    QTest::keyClick(slider, before < 200 ? Qt::Key_Right : Qt::Key_Home);
+    EXPECT_NE(slider->Value(), before);
+    EXPECT_EQ(unit->Value(293, 16), slider->Value());
+  }
+
+  bool flooding_ = false;
+};
 
 TEST_P(FaultMatrix, EndsInTruthAndGoesOn) {
   constexpr std::size_t kFewSlots = 4;
@@ -127,115 +211,8 @@ TEST_P(FaultMatrix, EndsInTruthAndGoesOn) {
   }
 }
 
-void PrintTo(const Operation& operation, std::ostream* out) {
-  *out << operation.name;
-}
-
 INSTANTIATE_TEST_SUITE_P(Operations, FaultMatrix, ::testing::ValuesIn(kOperations),
                          [](const auto& test) { return std::string(test.param.name); });
-
-void FaultMatrix::RunCell(const Operation& operation, const UnitFault& fault, const Act& act) {
-  if (operation.opens == port.open) Press("Cmd_openclose");
-  ASSERT_NE(operation.opens, port.open);
-  boxes.shown.clear();
-  clock.StartCounting();
-  // A time-out across the full hour never comes, which is intended and not this test's business.
-  clock.SetMillisecondOfHour(std::chrono::minutes(1));
-  ends = 0;
-  if (*fault.plan != '\0') {
-    ASSERT_EQ(unit->Faults().Add(fault.plan), std::nullopt);
-  }
-  if (fault.floods) Flood();
-  // In the midst of the first wait, or right after an operation that has none.
-  bool acted = false;
-  const auto perform = [&] {
-    if (std::exchange(acted, true)) return;
-    if (act.perform != nullptr) {
-      act.perform(*this);
-    } else if (!operation.opens) {
-      operation.run(*this);
-    }
-  };
-  clock.After(milliseconds(1), perform);
-  operation.run(*this);
-  perform();
-  clock.ServeEvents(milliseconds(1));
-  // What is late comes in, and what was cut off is found out.
-  for (int i = 0; i < 8; ++i) {
-    clock.ServeEvents(milliseconds(1000));
-    Tick("TmrProcessMessage");
-    Tick("tmr_updatelstCommands");
-  }
-  unit->Faults().Clear();
-  flooding_ = false;
-  EXPECT_EQ(ends, act.ends ? 1 : 0);
-  ExpectTruth();
-  ExpectOnlyStatedBoxes(operation, fault, act);
-  // A garbled answer may end the connectivity, and a fetch, where they stand, which is intended.
-  const bool may_stay =
-      operation.fetches ? *fault.plan != '\0' : operation.opens && fault.garbles && port.open;
-  EXPECT_TRUE(may_stay || !panel->Progress().isVisible());
-  if (auto* const about = Window().findChild<QDialog*>(QStringLiteral("frm_About"))) {
-    about->close();
-  }
-  Window().show();
-  ExpectNextOperationWorks();
-}
-
-/// A frame each 20 ms, whatever else is on the line.
-void FaultMatrix::Flood() {
-  static constexpr milliseconds kPeriod{20};
-  flooding_ = true;
-  const auto next = [this](const auto& again) -> void {
-    if (!flooding_ || !port.open) return;
-    port.Arrive(unit->NextUnaskedFrame());
-    clock.After(kPeriod, [again] { again(again); });
-  };
-  clock.After(kPeriod, [next] { next(next); });
-}
-
-void FaultMatrix::ExpectTruth() {
-  if (port.open) {
-    EXPECT_TRUE(panel->UnitSession().UnitConnected());
-    ExpectShowsOpen();
-  } else if (ends == 0) {
-    ExpectShowsClosed();
-  } else {
-    // The end of the program leaves the rest of the panel as it is.
-    EXPECT_EQ(Form().lbl_comstate->text(), "CLOSED");
-  }
-}
-
-void FaultMatrix::ExpectOnlyStatedBoxes(const Operation& operation, const UnitFault& fault,
-                                        const Act& act) {
-  int connect = 0;
-  for (const FakeBoxes::Box& box : boxes.shown) {
-    if (box.title == "Connect") {
-      ++connect;
-      const bool lost = box.prompt.starts_with("The serial port was lost");
-      EXPECT_TRUE(lost ? fault.hangs_up : operation.opens && (fault.no_answer || fault.garbles))
-          << box;
-    } else {
-      EXPECT_TRUE(operation.fetches && box.prompt.starts_with("Problem reading resolution")) << box;
-    }
-  }
-  EXPECT_LE(connect, 1);
-  // A unit that says nothing leaves time to act, and closing the port is no failure to report.
-  const bool silent = std::string_view(fault.plan) == "silent";
-  if (operation.opens && (silent || (fault.no_answer && !act.closes))) {
-    EXPECT_EQ(connect, act.closes ? 0 : 1);
-  }
-}
-
-void FaultMatrix::ExpectNextOperationWorks() {
-  if (!port.open) Press("Cmd_openclose");
-  ExpectShowsOpen();
-  auto* const slider = Form().Slider("slide_softv");
-  const int before = slider->Value();
-  QTest::keyClick(slider, before < 200 ? Qt::Key_Right : Qt::Key_Home);
-  EXPECT_NE(slider->Value(), before);
-  EXPECT_EQ(unit->Value(293, 16), slider->Value());
-}
 
 }  // namespace
 }  // namespace kalde2

@@ -36,6 +36,10 @@ TEST(FrameLimiterTest, PaintsAtOnceThenOnceAFrameAndTheLastChangeAlways) {
   screen.frames = 0;
   change();
   EXPECT_EQ(screen.painted, 1) << "at once after a pause";
+  change();
+  limiter.PaintNow();
+  EXPECT_EQ(screen.painted, 2) << "for those who sleep next";
+  screen.frames = 0;
   constexpr int kFrames = 10;
   for (QDeadlineTimer frames(kFrames * 16); !frames.hasExpired();) change();
   EXPECT_LE(screen.frames, kFrames + 2);

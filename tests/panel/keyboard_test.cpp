@@ -1,4 +1,4 @@
-// Where letters and the focus go in the main window.
+// Where letters go in the main window.
 
 #include <QMenu>
 
@@ -71,38 +71,6 @@ TEST_F(Keyboard, ALetterOfSeveralOpensTheFirstMenuThatCanBeUsed) {
     delete about;
   }
   EXPECT_TRUE(Written().empty());
-}
-
-TEST_F(Keyboard, TheFocusLeavesTheShrinkStripWithTheAdvancedView) {
-  OpenSettled();
-  Choose("mnu_function_aspect");
-  for (const char* control :
-       {"chk_shrinkenable", "slide_shrink", "slide_shrinkv", "arr_shrinkposn"}) {
-    Choose("mnu_function_advanced");
-    if (!Form().Check("chk_shrinkenable")->isChecked()) Press("chk_shrinkenable");
-    Focus(*Find<QWidget>(control));
-    (void)Written();
-    Choose("mnu_function_advanced");
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Right, Qt::Key_Down}) {
-      QTest::keyClick(QApplication::focusWidget(), key);
-    }
-    EXPECT_TRUE(Written().empty()) << control;
-  }
-}
-
-TEST_F(Keyboard, OnlyAChosenLineOfTheListIsSelected) {
-  OpenSettled();
-  SelectLine("Zoom Pan H");
-  const int saved = panel->Editor().SavedCommandLine();
-  panel->Editor().RefreshCommandList();  // selects nothing
-  Focus(*Form().Slider("slide_softv"));
-  QTest::keyClick(Form().Slider("slide_softv"), Qt::Key_Tab);
-  ASSERT_TRUE(Form().lst_commands->hasFocus());
-  EXPECT_EQ(panel->Editor().SavedCommandLine(), saved);
-  QTest::keyClick(Form().lst_commands, Qt::Key_Down);
-  EXPECT_EQ(panel->Editor().SavedCommandLine(), 1);
-  QTest::keyClick(Form().lst_commands, Qt::Key_Up);
-  EXPECT_EQ(panel->Editor().SavedCommandLine(), 0);
 }
 
 TEST_F(Keyboard, AboutComesUpAgainInTheEventThatClosesIt) {

@@ -118,13 +118,6 @@ class PanelFixture : public WindowFixture {
     (void)Written();
   }
 
-  /// Presses a key with the focus on a control.
-  void Key(const char* control, Qt::Key key) {
-    auto* const widget = Find<QWidget>(control);
-    widget->setFocus();
-    QTest::keyClick(widget, key);
-  }
-
   /// The request that writes a value to source 0x10, as it goes to the unit.
   [[nodiscard]] static std::string WriteOf(int address, int value) {
     constexpr int kFirst24Bits = 0xFFFFFF;
@@ -139,11 +132,6 @@ class PanelFixture : public WindowFixture {
     char body[32];
     std::snprintf(body, sizeof body, "8410410%03X", static_cast<unsigned>(address));
     return EchoUnit::Framed(body);
-  }
-
-  /// What the panel has recorded of a parameter.
-  [[nodiscard]] std::int32_t Recorded(int address) const {
-    return panel->UnitSession().Unit().values.GetParamValue(IndexOf(address));
   }
 
   /// The frames written since the last call.

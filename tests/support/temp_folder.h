@@ -22,6 +22,7 @@ class TempFolder {
   ~TempFolder() {
     std::error_code error;
     std::filesystem::current_path(before_, error);
+    std::filesystem::permissions(folder_, std::filesystem::perms::owner_all, error);
     std::filesystem::remove_all(folder_, error);
   }
   TempFolder(const TempFolder&) = delete;

@@ -33,6 +33,8 @@ class UnitProcess {
   /// The device that the panel opens.
   [[nodiscard]] const std::string& Device() const { return device_; }
 
+  [[nodiscard]] QProcess& Process() { return process_; }
+
   /// A line typed at the unit's front panel.
   void Command(const QByteArray& line) {
     process_.write(line + '\n');

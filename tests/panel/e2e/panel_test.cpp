@@ -2,12 +2,13 @@
 // the other.
 
 #include <QDir>
-#include <QSettings>
 #include <csignal>
 
 #include "adapters/end_signals.h"
+#include "files/mod_resolutions.h"
 #include "tests/adapters/test_line.h"
 #include "tests/support/e2e_fixture.h"
+#include "tests/support/temp_folder.h"
 
 namespace kalde2 {
 namespace {
@@ -21,79 +22,40 @@ QString NoFolder() {
   return file.fileName();
 }
 
-QByteArray FileText(const QString& name) {
-  QFile file(name);
-  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-  return file.readAll();
-}
-
-/// A resolution data file of slots whose words are made of the bytes 0x11 and 0x13 alone.
-QByteArray ResolutionFile(int count) {
-  const auto padded = [](const QByteArray& text, int width = 8) {
-    return text.leftJustified(width, ' ', true);
-  };
-  QByteArray text =
-      "Resolution Data File (c) Orvane Ltd\r\n"
-      "                        1\r\n"
-      "2008 - 8 - 1\r\n"
-      "\r\n"
-      "Name                      Flags   HWidth  VHeight HFreq   Vfreq   HTotal  VTotal  HSync   "
-      "VSync   HPos    VPos    Misc\r\n"
-      "\r\n";
-  text += padded("", 34) + padded("0").repeated(10) + padded("") + "\r\n";
-  constexpr std::array kWords = {0x1111, 0x1113, 0x1311, 0x1313};
-  constexpr int kVerticalFrequency = 3;
-  for (int slot = 0; slot < count; ++slot) {
-    text += padded("Slot " + QByteArray::number(slot), 26) + padded("RYCIU");
-    for (int column = 0; column < 10; ++column) {
-      const int word = kWords.at(static_cast<std::size_t>(slot + column) % kWords.size());
-      text += padded(QByteArray::number(column == kVerticalFrequency ? 0 : word));
-    }
-    text += padded("NP") + "\r\n";
-  }
-  return text;
-}
-
-TEST(PanelProgram, StartsSilentlyAndEndsOnASignal) {
-  QProcess program;
-  auto environment = QProcessEnvironment::systemEnvironment();
-  environment.insert("XDG_CONFIG_HOME", NoFolder());
-  environment.insert("LC_ALL", "C.UTF-8");  // Qt complains of others
-  program.setProcessEnvironment(environment);
-  program.setProcessChannelMode(QProcess::MergedChannels);
-  program.start(KALDE2_PANEL, QStringList());
-  ASSERT_TRUE(program.waitForStarted());
-  EXPECT_FALSE(program.waitForFinished(1000)) << "it should run until it is ended";
-  program.terminate();
-  EXPECT_TRUE(program.waitForFinished(2000));
-  // What the headless display itself has to say.
-  QByteArray output = program.readAll();
-  output.replace("This plugin does not support propagateSizeHints()\n", "");
-  EXPECT_EQ(output.toStdString(), "");
-}
-
-TEST(PanelProgram, StoresWhatExitStoresOnEverySignalToEndThatWasNotIgnored) {
-  for (const auto& [end_signal, ignored] : {std::pair{SIGTERM, SIGHUP}, {SIGHUP, 0}, {SIGINT, 0}}) {
-    const QTemporaryDir folder;
+TEST(PanelProgram, RunsSilentlyAndStoresWhatExitStoresOnEverySignalThatWasNotIgnored) {
+  const QTemporaryDir folder;
+  const std::tuple<int, int, QString> cases[] = {{SIGTERM, SIGHUP, folder.filePath("a")},
+                                                 {SIGHUP, 0, folder.filePath("b")},
+                                                 {SIGINT, 0, folder.filePath("c")},
+                                                 {SIGTERM, 0, NoFolder()}};
+  for (const auto& [end_signal, ignored, settings] : cases) {
+    SCOPED_TRACE(end_signal);
     QProcess program;
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("XDG_CONFIG_HOME", folder.path());
+    environment.insert("XDG_CONFIG_HOME", settings);
+    environment.insert("LC_ALL", "C.UTF-8");  // Qt complains of others
     program.setProcessEnvironment(environment);
+    program.setProcessChannelMode(QProcess::MergedChannels);
     program.setChildProcessModifier([end = end_signal, ignored = ignored] {
       signal(end, SIG_DFL);  // a test in the background is started with some ignored
       if (ignored != 0) signal(ignored, SIG_IGN);
     });
     program.start(KALDE2_PANEL, QStringList());
     ASSERT_TRUE(program.waitForStarted());
-    EXPECT_FALSE(program.waitForFinished(1000));
+    EXPECT_FALSE(program.waitForFinished(1000)) << "it should run until it is ended";
     const auto panel = static_cast<pid_t>(program.processId());
     if (ignored != 0) kill(panel, ignored);
     EXPECT_FALSE(program.waitForFinished(200));
     kill(panel, end_signal);
     ASSERT_TRUE(program.waitForFinished(5000));
-    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << end_signal;
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);
-    EXPECT_TRUE(FileText(folder.filePath("KALDE2/KALDE2.conf")).contains("Serial%20Port=1"));
+    // What the headless display itself has to say.
+    QByteArray output = program.readAll();
+    output.replace("This plugin does not support propagateSizeHints()\n", "");
+    EXPECT_EQ(output.toStdString(), "");
+    const std::string stored = ReadText(settings.toStdString() + "/KALDE2/KALDE2.conf");
+    EXPECT_EQ(stored.find("Serial%20Port=1") != std::string::npos, settings != NoFolder());
   }
 }
 
@@ -127,23 +89,6 @@ TEST_F(EndToEnd, ASignalEndsWhateverRunsOrIsOpen) {
     EXPECT_EQ(panel->settings.GetSetting("Tessaly", "Serial Port", ""), "9");
     panel->settings.SaveSetting("Tessaly", "Serial Port", "1");
   }
-}
-
-TEST_F(EndToEnd, RemembersThePortWhereItCanAndClosesInSilence) {
-  const auto store_in = [](const QString& folder) {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
-  };
-  for (const auto& [folder, number] : {std::pair{NoFolder(), "1"}, {QString("settings"), "7"}}) {
-    store_in(QDir::current().absoluteFilePath(folder));
-    StartPanel();
-    Form().txt_port->setText("7");
-    Window().close();
-    EXPECT_EQ(panel->ends, 1);
-    EXPECT_TRUE(Boxes().isEmpty());
-    StartPanel();
-    EXPECT_EQ(Form().txt_port->text().toStdString(), number);
-  }
-  store_in(QDir::currentPath());
 }
 
 TEST_F(EndToEnd, TakesNoCpuClosedOpenOrWaitingForASilentUnit) {
@@ -249,62 +194,23 @@ TEST_F(EndToEnd, ADoubleClickOnOpenPortOpensOnce) {
   ExpectShowsClosed();
 }
 
-TEST_F(EndToEnd, TheStatusLineTellsOfAUnitThatIsNotThere) {
-  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
-  constexpr auto kSilent = "The unit does not answer";
-  unit->Command("fault silent");
-  ASSERT_TRUE(unit->Says("faults: "));
-  QTest::keyClick(Form().Slider("slide_ymin"), Qt::Key_Right);
-  EXPECT_EQ(Status(), kSilent);
-  Rest(200ms);
-  EXPECT_EQ(Status(), kSilent);
-  Press("Cmd_openclose");
-  EXPECT_EQ(Status(), "");
-  QTimer::singleShot(500ms, &Window(), [this] {
-    EXPECT_EQ(Status(), "Looking for the unit... Esc stops");
-    QTest::keyClick(&Window(), Qt::Key_Escape);
-    EXPECT_EQ(Status(), "");
-  });
-  Press("Cmd_openclose");
-  EXPECT_EQ(Status(), "");
-  ExpectShowsClosed();
-  unit->Command("fault none");
-  Press("Cmd_openclose");
-  EXPECT_EQ(Status(), "Values have not been read: Clone > Read fetches them");
-  unit->Command("hang-up");
-  EXPECT_TRUE(Becomes([this] { return Status().empty(); }));
-}
-
-TEST_F(EndToEnd, AFileTakesTheSettingsBackToTheUnit) {
-  ASSERT_NO_FATAL_FAILURE(StartAndOpen());
-  // What the unit says of itself would else get into the midst of what it is asked.
-  const auto set_and_shown = [this](int value) {
-    unit->Command("set 178 " + QByteArray::number(value));
-    return Becomes([&] { return Form().Slider("slide_ymax")->Value() == value; });
-  };
-  ASSERT_TRUE(set_and_shown(77));
-  Choose("mnu_clone_read");
-  file_name = QDir::current().filePath("first");
-  Choose("mnu_file_save");
-  ASSERT_TRUE(set_and_shown(20));
-  file_name += ".txt";
-  Choose("mnu_file_load");
-  EXPECT_EQ(Boxes(), QStringList({"plain, KALDE2 Control Panel: Settings saved to file",
-                                  "plain, KALDE2 Control Panel: Loaded values from file"}));
-  Choose("menu_clone_write");
-  EXPECT_EQ(unit->Value(178), 77);
-  EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
-}
-
 TEST_F(EndToEnd, AFetchBringsEverySlotWholeIntoTheFile) {
-  constexpr int kSlots = 255;
-  QFile table("table.txt");
-  ASSERT_TRUE(table.open(QIODevice::WriteOnly));
-  table.write(ResolutionFile(kSlots));
-  table.close();
-  ASSERT_NO_FATAL_FAILURE(StartAndOpen({"--resolutions", QFileInfo(table).absoluteFilePath()}));
+  constexpr std::size_t kSlots = 255;
+  // Words of the bytes that stop and start a line.
+  constexpr std::int16_t kA = 0x1111, kB = 0x1113, kC = 0x1311, kD = 0x1313;
+  ResolutionTable table;
+  table.Reset(0);
+  for (std::size_t slot = 0; slot < kSlots; ++slot) {
+    table.Append(
+        {"Slot " + std::to_string(slot), "RYCIU", kA, kB, kC, 0, kD, kA, kB, kC, kD, kA, "NP"});
+  }
+  std::ofstream file("table.txt", std::ios::binary);
+  WriteResolutions(file, table);
+  file.close();
+  ASSERT_NO_FATAL_FAILURE(
+      StartAndOpen({"--resolutions", QFileInfo("table.txt").absoluteFilePath()}));
   Choose("mnu_function_refreshRes");
-  EXPECT_EQ(FileText("resdata.txt"), ResolutionFile(kSlots));
+  EXPECT_EQ(ReadText("resdata.txt"), ReadText("table.txt"));
   EXPECT_TRUE(unit->Requests().filter("WRONG").isEmpty());
 
   StartPanel();
