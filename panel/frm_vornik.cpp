@@ -210,7 +210,7 @@ bool frm_vornik::IsSecondPress(const QEvent& event) {
 /// @return true when the field is to see nothing more of the key
 bool frm_vornik::TypedIntoPort(const QKeyEvent& key) {
   const bool moves_on = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
-  if (key.text().isEmpty() || key.key() == Qt::Key_Delete || moves_on) return false;
+  if (key.key() == Qt::Key_Delete || moves_on) return false;
   const QString accepted = AcceptedByPort(key.text());
   if (accepted == key.text()) return false;
   if (!accepted.isEmpty()) form_.txt_port->insert(accepted);

@@ -94,6 +94,7 @@ TEST_F(ArrowControlTest, HoldingRepeatsWithTheLargerStep) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return events_.count() > count; }, 5000));
   const std::vector<QVariantList> first(events_.begin(), events_.begin() + 3);
   EXPECT_EQ(first, (std::vector<QVariantList>{{99, 0}, {100, 0}, {100, 0}})) << "at the limit, too";
+  QTest::mouseRelease(Picture(Arrow::kRight), Qt::RightButton);
 }
 
 TEST_F(ArrowControlTest, ArrowKeysStepAndRepeatAtThePadsPace) {

@@ -152,6 +152,7 @@ TEST_F(CpvSliderTest, WhatItFollowsShowsWhenItIsLetGoUnlessItWasChangedSince) {
       hold.end();
       EXPECT_EQ(slider_.Value(), changed == before ? 222 : changed);
       EXPECT_EQ(moved_.count(), 0) << "not the operator's";
+      QTest::mouseRelease(&slider_, Qt::LeftButton);
     }
   }
   slider_.Follow(30);

@@ -40,7 +40,9 @@ TEST(Catalogue, ProductsHaveTheirParametersInTheirOrder) {
       EXPECT_EQ(order, Numbers(addresses)) << type;
       int active = 0;
       for (const CatalogueIndex index : kCatalogueIndexes) {
-        active += catalogue.Record(index).Active ? 1 : 0;
+        const ParamRecord& record = catalogue.Record(index);
+        active += record.Active ? 1 : 0;
+        EXPECT_FALSE(record.PerSource && !record.Active) << type;
       }
       EXPECT_EQ(active, static_cast<int>(order.size())) << type;
     }
