@@ -35,7 +35,7 @@ const QStringList kPort = {"-p", "1", "-b", "57600"};
 void MeasureGet() {
   constexpr int kStarts = 31;
   constexpr int kTrips = 1000;
-  constexpr int kTransactions = 2;  // the product type and the value
+  constexpr int kTransactions = 2;        // the product type and the value
   constexpr std::int16_t kAddress = 259;  // a number: no input is asked for its name
   UnitProcess unit({"--quiet"});
   const double trip = Median(BareLine(unit.Device(), 57600).ReadAgain(kAddress, kTrips)) / 1000;
