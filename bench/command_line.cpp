@@ -4,6 +4,8 @@
 #include <fstream>
 #include <limits>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 #include "bench/bare_line.h"
 #include "bench/figures.h"
@@ -34,11 +36,19 @@ const QStringList kPort = {"-p", "1", "-b", "57600"};
 
 void MeasureGet() {
   constexpr int kStarts = 31;
-  constexpr int kTrips = 1000;
-  constexpr int kTransactions = 2;        // the product type and the value
-  constexpr std::int16_t kAddress = 259;  // a number: no input is asked for its name
+  constexpr int kTrips = 51;
+  constexpr std::chrono::milliseconds kRest{5};  // a program's first requests find an idle unit
+  constexpr int kTransactions = 2;               // the product type and the value
+  constexpr std::int16_t kAddress = 259;         // a number: no input is asked for its name
   UnitProcess unit({"--quiet"});
-  const double trip = Median(BareLine(unit.Device(), 57600).ReadAgain(kAddress, kTrips)) / 1000;
+  BareLine bare(unit.Device(), 57600);
+  std::vector<double> trips;
+  for (int i = 0; i < kTrips; ++i) {
+    std::this_thread::sleep_for(kRest);
+    trips.push_back(bare.ReadAgain(kAddress, 1).front() / 1000);
+  }
+  const double trip = Median(trips);
+  PrintFigure("round trip, bare loop to an idle unit: median", trip, "ms");
   // The best of several: what else the computer does in the midst of one is not the program's.
   double empty = std::numeric_limits<double>::max();
   double get = empty;
@@ -69,7 +79,7 @@ double CharactersOfRead() {
 
 void MeasureRead() {
   constexpr int kBaud = 57600;
-  constexpr int kRuns = 4;
+  constexpr int kRuns = 6;
   UnitProcess unit({"--quiet", "--baud", QString::number(kBaud), "--type", "35", "--sources",
                     "16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31"});
   const double wire = 1000 * CharactersOfRead() * kBitsPerCharacter / kBaud;

@@ -29,6 +29,14 @@ double BestOf(int runs, Run run) {
   return best;
 }
 
+/// Prints a share of the wire's rate, and how much that is of the bare loop's share: the line and
+/// the computer keep the rest from either.
+void PrintShare(const std::string& what, double share, double bare, int baud, int least) {
+  const std::string at_rate = what + " at " + std::to_string(baud) + " baud, of the ";
+  PrintFigure(at_rate + "wire's rate", share, "%");
+  PrintAtLeast(at_rate + "bare loop's", 100 * share / bare, "%", std::to_string(least));
+}
+
 /// `WireShare` of the bare loop: what the unit's own pace costs.
 double BareWireShare(const UnitProcess& unit, int baud) {
   constexpr int kTrips = 300;
@@ -48,11 +56,9 @@ void MeasureTransfers(int baud, int least) {
   constexpr milliseconds kShowResult{2000};
   UnitProcess unit({"--quiet", "--baud", QString::number(baud), "--type", "35", "--sources",
                     "16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31", "--resolutions", "255"});
-  PrintFigure("bare loop at " + std::to_string(baud) + " baud, of the wire's rate",
-              BestOf(kRuns, [&] { return BareWireShare(unit, baud); }), "%");
+  const double bare = BestOf(kRuns, [&] { return BareWireShare(unit, baud); });
+  PrintFigure("bare loop at " + std::to_string(baud) + " baud, of the wire's rate", bare, "%");
   RealPanel panel;
-  const std::string bound = std::to_string(least);
-  const std::string rate = " at " + std::to_string(baud) + " baud, of the wire's rate";
   const auto open = [&] {
     if (panel.Port().PortOpen()) panel.Close();
     panel.Open(baud);
@@ -60,7 +66,7 @@ void MeasureTransfers(int baud, int least) {
     const auto [characters, first, last] = panel.Port().TakeTraffic();
     return WireShare(characters, baud, last - first);
   };
-  PrintAtLeast("detection and connectivity" + rate, BestOf(kRuns, open), "%", bound);
+  PrintShare("detection and connectivity", BestOf(kRuns, open), bare, baud, least);
   const auto measure = [&](const std::string& what, Clock::duration aside, QAction& transfer) {
     const auto run = [&] {
       const auto start = Clock::now();
@@ -68,7 +74,7 @@ void MeasureTransfers(int baud, int least) {
       const auto time = Clock::now() - start - aside;
       return WireShare(panel.Port().TakeTraffic().characters, baud, time);
     };
-    PrintAtLeast(what + rate, BestOf(kRuns, run), "%", bound);
+    PrintShare(what, BestOf(kRuns, run), bare, baud, least);
   };
   measure("clone read, 16 sources", {}, *panel.Form().mnu_clone_read);
   measure("clone write, 16 sources", {}, *panel.Form().menu_clone_write);
