@@ -1,6 +1,10 @@
+#include <langinfo.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <csignal>
+#include <cstdlib>
+#include <string_view>
 
 #include "adapters/standard_streams.h"
 
@@ -12,6 +16,11 @@ bool ErrorsAreSeen() {
 
 void SurviveClosedPipes() {
   std::signal(SIGPIPE, SIG_IGN);
+}
+
+void SpeakUtf8() {
+  std::setlocale(LC_ALL, "");
+  if (std::string_view(nl_langinfo(CODESET)) != "UTF-8") setenv("LC_ALL", "C.UTF-8", 1);
 }
 
 }  // namespace kalde2

@@ -55,10 +55,11 @@ ExitStatus Run(const kalde2::Invocation& invocation, const QCommandLineParser& o
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  kalde2::SurviveClosedPipes();
+  kalde2::SpeakUtf8();
   QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kalde2ctl"));
   QCoreApplication::setApplicationVersion(QStringLiteral(KALDE2_VERSION));
-  kalde2::SurviveClosedPipes();
   kalde2::Console console;
   if (argc > 1 && std::string_view(argv[1]) == kalde2::kCompletionRequest) {
     for (const std::string& word : kalde2::Completions({argv + 2, argv + argc})) {

@@ -168,6 +168,8 @@ int Fail(const std::string& problem) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  kalde2::SurviveClosedPipes();
+  kalde2::SpeakUtf8();
   QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName("kalde2-unit");
   QCoreApplication::setApplicationVersion(KALDE2_VERSION);
@@ -189,7 +191,6 @@ int main(int argc, char* argv[]) {
   // What a script starts in its background ignores Ctrl+C; the unit is to take its link away all
   // the same, and outlives the reader of its output.
   const kalde2::SignalPipe end_signals(kalde2::SignalPipe::Ignored::kCaught);
-  kalde2::SurviveClosedPipes();
   kalde2::UnitLoop loop(settings->unit, settings->loop,
                         [](const std::string& line) { std::cout << line << std::endl; });
   for (const std::string& fault : settings->faults) {
