@@ -123,7 +123,7 @@ class LineTrace {
   [[nodiscard]] static std::unique_ptr<PseudoTerminal> OpenTerminal();
   [[nodiscard]] std::unique_ptr<PortLink> Link(int number) const;
   void Take(const TraceEvent& event);
-  void Show(TraceEvent piece, bool is_whole);
+  void Show(const TraceEvent& piece, bool is_whole);
   void CompareRates();
   void End(const CommandFault& fault);
 
@@ -200,7 +200,7 @@ void LineTrace::Take(const TraceEvent& event) try {
   End(fault);
 }
 
-void LineTrace::Show(TraceEvent piece, bool is_whole) {
+void LineTrace::Show(const TraceEvent& piece, bool is_whole) {
   if (piece.bytes.empty()) return;
   const std::string meaning = words_.Of(piece.direction, {piece.bytes, is_whole});
   output_.Put((context_.json ? AsJson : AsText)(piece, meaning));

@@ -44,6 +44,7 @@ std::int16_t NamedSource(CommandContext& context, const std::string& word) {
   context.unit.LoadInputs(context.console);
   const std::vector<ValueItem> inputs = FittedInputs(context.unit.Model());
   std::vector<std::string> names;
+  names.reserve(inputs.size());
   for (const ValueItem& input : inputs) names.push_back(input.label);
   return static_cast<std::int16_t>(inputs[FindName("input", word, names)].data);
 }
@@ -65,6 +66,7 @@ std::vector<Place> PlacesOf(CommandContext& context, const ParameterWords& words
   LoadInputsFor(context, words, indexes);
   if (context.IsSet("source") || IsPerSource(words, indexes)) SelectSource(context, words);
   std::vector<Place> places;
+  places.reserve(indexes.size());
   for (const CatalogueIndex index : indexes) {
     places.push_back(
         PlaceOf(context.unit.Model(), words, AddressOf(index), words.List().WriteSource(index)));
@@ -136,6 +138,7 @@ ExitStatus RunList(CommandContext& context) {
   // What applies is settled first: reading the source that is set up selects it.
   const std::vector<Place> places = PlacesOf(context, words, named);
   std::vector<bool> applies;
+  applies.reserve(named.size());
   for (const CatalogueIndex index : named) {
     applies.push_back(words.List().IsCommandAvailable(index) &&
                       words.List().IsCommandApplicable(index));

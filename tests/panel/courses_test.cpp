@@ -240,7 +240,7 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
       {"choose", [this](Words& w) { Choose(Word(w).c_str()); }},
       {"click", [this](Words& w) { QTest::mouseClick(Control(w), Qt::LeftButton); }},
       {"close", [this](Words&) { Window().close(); }},
-      {"commit", [this](Words& w) { Commit(*Control(w), Rest(w)); }},
+      {"commit", [this](Words& w) { QWidget& control = *Control(w); Commit(control, Rest(w)); }},
       {"fault", [this](Words& w) { unit->Faults().Clear(); EXPECT_FALSE(unit->Faults().Add(Rest(w).toStdString())); }},
       {"file", [this](Words& w) { dialogs.name = Word(w); }},
       {"focus", [this](Words& w) { Focus(*Control(w)); }},

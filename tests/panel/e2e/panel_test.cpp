@@ -36,9 +36,9 @@ TEST(PanelProgram, RunsSilentlyAndStoresWhatExitStoresOnEverySignalThatWasNotIgn
     environment.insert("LC_ALL", "C.UTF-8");  // Qt complains of others
     program.setProcessEnvironment(environment);
     program.setProcessChannelMode(QProcess::MergedChannels);
-    program.setChildProcessModifier([end = end_signal, ignored = ignored] {
+    program.setChildProcessModifier([end = end_signal, kept_out = ignored] {
       signal(end, SIG_DFL);  // a test in the background is started with some ignored
-      if (ignored != 0) signal(ignored, SIG_IGN);
+      if (kept_out != 0) signal(kept_out, SIG_IGN);
     });
     program.start(KALDE2_PANEL, QStringList());
     ASSERT_TRUE(program.waitForStarted());
