@@ -55,6 +55,11 @@ bench_packages=(libbenchmark-dev libxcb-damage0-dev)
 test_packages=(libgtest-dev libgmock-dev "${bench_packages[@]}" fonts-dejavu-core clang-format
   desktop-file-utils appstream groff socat)
 
+# run_tests FOLDER [OPTION...]: the tests of a build, several at once for each core: the long ones wait.
+run_tests() {
+  ctest --test-dir "$1" --output-on-failure -j "$((4 * $(nproc)))" "${@:2}"
+}
+
 for argument in "$@"; do
   if [ "$argument" = --help ] || [ "$argument" = -h ]; then
     sed -n '2,/^[^#]/ s/^# \{0,1\}//p' "$script"

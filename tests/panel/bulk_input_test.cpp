@@ -15,6 +15,10 @@ struct Operation {
   const char* name;
 };
 
+void PrintTo(const Operation& operation, std::ostream* out) {
+  *out << operation.name;
+}
+
 constexpr int kLatency = 5;
 
 constexpr Operation kOperations[] = {

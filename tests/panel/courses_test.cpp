@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "link/per_source.h"
+#include "panel/app_info.h"
 #include "tests/support/panel_fixture.h"
 #include "tests/support/written_down.h"
 
@@ -118,6 +119,38 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
     QCoreApplication::sendEvent(&field, &event);
   }
 
+  /// Where letters go: the window, or the menu that is open.
+  [[nodiscard]] QWidget* KeyTarget() const {
+    QWidget* const menu = QApplication::activePopupWidget();
+    return menu != nullptr ? menu : &Window();
+  }
+
+  /// Presses a letter while Alt is down.
+  void Letter(const QString& letter) {
+    const auto key = static_cast<Qt::Key>(letter[0].unicode());
+    QTest::simulateEvent(KeyTarget(), true, key, Qt::AltModifier, QString(), false);
+  }
+
+  /// Presses Alt, which closes an open menu, and a letter.
+  void Alt(const QString& letter) {
+    if (KeyTarget() == &Window()) Window().activateWindow();  // closed menus stay active headless
+    QTest::simulateEvent(KeyTarget(), true, Qt::Key_Alt, Qt::AltModifier, QString(), false);
+    Letter(letter);
+    QTest::simulateEvent(KeyTarget(), false, Qt::Key_Alt, {}, QString(), false);
+  }
+
+  static void LeaveMenus() {
+    while (QWidget* const menu = QApplication::activePopupWidget()) menu->close();
+  }
+
+  [[nodiscard]] int ShownWindows() const {
+    int count = 0;
+    for (const QWidget* const widget : Window().findChildren<QWidget*>()) {
+      count += widget->isWindow() && widget->isVisible() && widget->windowType() != Qt::Popup;
+    }
+    return count;
+  }
+
   void Do(const std::string& act) {
     std::istringstream words(act);
     const auto found = acts_.find(Word(words));
@@ -155,7 +188,8 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
     State state;
     const auto put = [&state](const std::string& name, const QString& value) {
       if (!value.isEmpty() && value != "false" && value != "0")
-        state[name] = QString(value).replace('\n', ' ').toStdString();
+        state[name] =
+            QString(value).replace('\n', ' ').replace(AppInfo::kVersion, "VERSION").toStdString();
     };
     for (const auto* const object : Window().findChildren<QObject*>()) {
       const std::string name = object->objectName().toStdString();
@@ -183,6 +217,9 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
         QVariant(Form().lst_commands->verticalScrollBar()->value() > 0).toString());
     const QWidget* const focus = Window().focusWidget();
     put("focus", focus == nullptr ? "" : focus->objectName());
+    const QWidget* const menu = QApplication::activePopupWidget();
+    put("menu", menu == nullptr ? "" : menu->objectName());
+    put("windows", QString::number(ShownWindows()));
     const QWidget& field = *Form().txt_commandval;
     put("tinted", QVariant(field.testAttribute(Qt::WA_SetPalette)).toString());
     ValueStore& values = panel->UnitSession().Unit().values;
@@ -233,6 +270,7 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
   // clang-format off
   const std::map<std::string, std::function<void(Words&)>> acts_ = {
       {"after", [this](Words& w) { const milliseconds delay(Number(w)); clock.After(delay, [this, act = Rest(w).toStdString()] { Perform(act); }); }},
+      {"alt", [this](Words& w) { Alt(Rest(w)); }},
       {"answer", [this](Words& w) { boxes.answer = Word(w) == "ok"; }},
       {"arrive", [this](Words& w) { port.Arrive(Rest(w).replace("\\r", "\r").toStdString()); }},
       {"change", [this](Words& w) { const int address = Number(w); Unasked(unit->ChangeAtFrontPanel(address, 16, Number(w))); }},
@@ -247,7 +285,10 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
       {"hang-up", [this](Words&) { port.HangUp(); }},
       {"hold", [this](Words& w) { QTest::mousePress(Control(w), Qt::LeftButton); }},
       {"key", [this](Words& w) { QWidget& control = *Control(w); Keys(control, Rest(w)); }},
+      {"leave", [](Words&) { LeaveMenus(); }},
+      {"letter", [this](Words& w) { Letter(Rest(w)); }},
       {"menu", [this](Words& w) { QFocusEvent out(QEvent::FocusOut, Qt::MenuBarFocusReason); QCoreApplication::sendEvent(Control(w), &out); }},
+      {"pause", [](Words& w) { QTest::qWait(Number(w)); }},  // for what the toolkit times
       {"press", [this](Words& w) { Press(Word(w).c_str()); }},
       {"release", [this](Words& w) { QTest::mouseRelease(Control(w), Qt::LeftButton); }},
       {"select", [this](Words& w) { SelectLine(Rest(w).toUtf8()); }},

@@ -221,5 +221,20 @@ TEST_F(FormTest, TheProgressWindowStaysAfterAFetchThatFailsUntilItIsClosed) {
   EXPECT_FALSE(window.isVisible());
 }
 
+TEST_F(FormTest, AboutComesUpOnceAndAgainInTheEventThatClosesIt) {
+  Start();
+  const auto shown = [this] {
+    const auto about = Window().findChildren<QWidget*>("frm_About");
+    return std::ranges::count_if(about, [](const QWidget* box) { return box->isVisible(); });
+  };
+  Choose("mnu_about");
+  Choose("mnu_about");
+  EXPECT_EQ(shown(), 1);
+  Window().findChild<QWidget*>("frm_About")->close();
+  Choose("mnu_about");
+  QTest::qWait(10);
+  EXPECT_EQ(shown(), 1);
+}
+
 }  // namespace
 }  // namespace kalde2
