@@ -11,6 +11,7 @@
 #include <QStyleFactory>
 #include <QTest>
 #include <cstdlib>
+#include <functional>
 
 #include "controls/arrow_control.h"
 #include "controls/cpv_slider.h"
@@ -169,8 +170,12 @@ TEST(LooksTest, TheTipOfADragStandsAboveTheHandle) {
 TEST(LooksTest, APadHasArrowsToBeHitAndNothingCoversItsNumbers) {
   ArrowControl pad;
   pad.setToolTip("Pan within a zoomed image");
-  for (const QSize& size : {pad.minimumSizeHint(), QSize(300, 200)}) {
-    pad.resize(size);
+  QFont large = pad.font();
+  large.setPointSizeF(large.pointSizeF() * 2);
+  const std::function<void()> acts[] = {[&] { pad.resize(pad.minimumSizeHint()); },
+                                        [&] { pad.resize(300, 200); }, [&] { pad.setFont(large); }};
+  for (const auto& act : acts) {
+    act();
     Show(pad);
     std::vector<QRect> parts;
     for (const QWidget* const part : pad.findChildren<QWidget*>()) {

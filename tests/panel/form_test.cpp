@@ -101,7 +101,7 @@ TEST_F(FormTest, AViewThatTheScreenHasNoRoomForScrollsAndFollowsTheFocus) {
 }
 
 /// What an object is like; what is 0, false or empty is left out.
-std::string Description(const QObject& object) {
+std::string Description(QObject& object) {
   QString text = object.objectName();
   for (const char* name : {"text",
                            "title",
@@ -155,7 +155,11 @@ std::string Description(const QObject& object) {
   if (const auto* const label = qobject_cast<const QLabel*>(&object); label && label->buddy()) {
     text += " buddy=" + label->buddy()->objectName();
   }
-  if (const auto* const widget = qobject_cast<const QWidget*>(&object)) {
+  if (auto* const widget = qobject_cast<QWidget*>(&object)) {
+    if (const auto* const node = QAccessible::queryAccessibleInterface(widget);
+        qobject_cast<const QAbstractButton*>(widget) != nullptr) {
+      text += " read=" + node->text(QAccessible::Name);
+    }
     if (widget->font().bold()) text += " bold";
     if (widget->style() == SharedStyle()) text += " drawn";
     if (widget->sizePolicy().retainSizeWhenHidden()) text += " stays";
@@ -175,10 +179,10 @@ TEST_F(FormTest, IsAsItsDescriptionSays) {
     const QString name = object->objectName();
     return !name.isEmpty() && !name.startsWith("qt_");
   };
-  for (const QWidget* next = &Window(); (next = next->nextInFocusChain()) != &Window();) {
+  for (QWidget* next = &Window(); (next = next->nextInFocusChain()) != &Window();) {
     if (next->focusPolicy() != Qt::NoFocus && is_told(next)) now << Description(*next) << '\n';
   }
-  for (const auto* const object : Window().findChildren<QObject*>()) {
+  for (auto* const object : Window().findChildren<QObject*>()) {
     const auto* const widget = qobject_cast<const QWidget*>(object);
     const bool is_in_chain =
         widget != nullptr && widget->focusPolicy() != Qt::NoFocus && widget->window() == &Window();
