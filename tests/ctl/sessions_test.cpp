@@ -95,7 +95,7 @@ class Sessions : public testing::TestWithParam<std::filesystem::path> {
   // clang-format off
   const std::map<std::string, std::function<void(const QString&)>> acts_ = {
       {"unit", [this](const QString& options) { unit_.reset(); unit_ = std::make_unique<UnitProcess>(QProcess::splitCommand(options)); }},
-      {">", [this](const QString& line) { unit_->Command(line.toUtf8()); LogChanges(); }},
+      {">", [this](const QString& line) { unit_->Command(line.toUtf8()); (void)unit_->Requests(); }},
       {"$", [this](const QString& line) { LogEnd(RunCtl(line)); }},
       {"&", [this](const QString& line) { running_ = std::make_unique<CtlProcess>(line); }},
       {"until", [this](const QString& text) { EXPECT_TRUE(running_->Says(text.toUtf8())); }},
