@@ -29,10 +29,10 @@ TEST_F(EndToEnd, KaldeCtlSavesWhatThePanelSaves) {
     if (options.contains("22")) Choose("mnu_function_refreshRes");
     panel.reset();
 
-    (void)RunCtl({"read", "ctl.txt"});
+    (void)RunCtl("kalde2ctl read ctl.txt");
     EXPECT_EQ(ReadText("ctl.txt"), ReadText("panel.txt")) << options.join(' ').toStdString();
     if (!options.contains("22")) continue;
-    EXPECT_EQ(RunCtl({"resolutions", "ctl_resolutions.txt"}).status, 0);
+    EXPECT_EQ(RunCtl("kalde2ctl resolutions ctl_resolutions.txt").status, 0);
     EXPECT_EQ(ReadText("ctl_resolutions.txt"), ReadText("resdata.txt"));
   }
 }
@@ -40,7 +40,7 @@ TEST_F(EndToEnd, KaldeCtlSavesWhatThePanelSaves) {
 TEST_F(EndToEnd, KaldeCtlWritesWhatThePanelWrites) {
   const TempFolder folder;
   StartUnit({"--type", "22"});
-  ASSERT_EQ(RunCtl({"read", "unit.txt"}).status, 0);
+  ASSERT_EQ(RunCtl("kalde2ctl read unit.txt").status, 0);
   unit->Command("set 134 150\nset 159 30");
   StartPanel();
   Press("Cmd_openclose");
@@ -50,7 +50,7 @@ TEST_F(EndToEnd, KaldeCtlWritesWhatThePanelWrites) {
   Choose("menu_clone_write");
   const QStringList of_panel = unit->Requests();
   panel.reset();
-  EXPECT_EQ(RunCtl({"write", "unit.txt"}).status, 0);
+  EXPECT_EQ(RunCtl("kalde2ctl write unit.txt").status, 0);
   EXPECT_EQ(unit->Requests().filter("F04").join('\n').toStdString(),
             of_panel.join('\n').toStdString());
 }

@@ -3,10 +3,9 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QProcess>
-#include <QStringList>
 #include <QTimer>
-#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -23,11 +22,15 @@ struct CtlEnd {
 /// says is taken, too.
 class CtlProcess {
  public:
-  /// @param before runs in the process before the program, for limits and signals
-  explicit CtlProcess(const QStringList& words, const std::function<void()>& before = {}) {
-    if (before) process_.setChildProcessModifier(before);
-    process_.start(QStringLiteral(KALDE2_CTL), words);
-    if (!process_.waitForStarted(kPatience)) throw std::runtime_error("kalde2ctl does not start");
+  /// @param line as it is typed in a shell. A command alone takes the shell's place, and its
+  ///     signals; a pipe ends with the status of the last one in it that fails.
+  explicit CtlProcess(const QString& line) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QString folder = QFileInfo(QStringLiteral(KALDE2_CTL)).path();
+    environment.insert("PATH", folder + ':' + environment.value("PATH"));
+    process_.setProcessEnvironment(environment);
+    process_.start("bash", {"-o", "pipefail", "-c", line});
+    if (!process_.waitForStarted(kPatience)) throw std::runtime_error("bash does not start");
   }
   ~CtlProcess() {
     process_.kill();
@@ -38,26 +41,17 @@ class CtlProcess {
 
   [[nodiscard]] pid_t Id() const { return static_cast<pid_t>(process_.processId()); }
 
-  /// Waits for a text among the results.
+  /// Waits for a text among the results, or among what is none.
   [[nodiscard]] bool Says(const QByteArray& text) {
     return Becomes([&] {
-      out_ += process_.readAllStandardOutput();
-      return out_.contains(text);
-    });
-  }
-
-  /// The same among what is no result.
-  [[nodiscard]] bool Notes(const QByteArray& text) {
-    return Becomes([&] {
-      err_ += process_.readAllStandardError();
-      return err_.contains(text);
+      Take();
+      return out_.contains(text) || err_.contains(text);
     });
   }
 
   [[nodiscard]] CtlEnd End() {
     const bool ended = Becomes([this] { return process_.state() == QProcess::NotRunning; });
-    out_ += process_.readAllStandardOutput();
-    err_ += process_.readAllStandardError();
+    Take();
     const bool exited = ended && process_.exitStatus() == QProcess::NormalExit;
     return {exited ? process_.exitCode() : -1, out_.toStdString(), err_.toStdString()};
   }
@@ -77,14 +71,19 @@ class CtlProcess {
     return true;
   }
 
+  void Take() {
+    out_ += process_.readAllStandardOutput();
+    err_ += process_.readAllStandardError();
+  }
+
   QProcess process_;
   QByteArray out_;
   QByteArray err_;
 };
 
-/// Runs it to its end.
-inline CtlEnd RunCtl(const QStringList& words) {
-  return CtlProcess(words).End();
+/// Runs a line to its end.
+inline CtlEnd RunCtl(const QString& line) {
+  return CtlProcess(line).End();
 }
 
 }  // namespace kalde2
