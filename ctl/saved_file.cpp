@@ -17,7 +17,8 @@ namespace {
 void Write(QFileDevice& file, const std::string& path, std::string_view text) {
   if (!file.open(QIODevice::WriteOnly)) Fail(path, file);
   const auto size = static_cast<qint64>(text.size());
-  if (file.write(text.data(), size) != size || !file.flush()) Fail(path, file);
+  // Where only a part could be written, the second try tells why.
+  if (file.write(text.data(), size) != size || !(file.flush() || file.flush())) Fail(path, file);
 }
 
 }  // namespace

@@ -86,6 +86,12 @@ void UnitAccess::Open() {
   choice_.CheckBaud();
   const OpenResult result = OpenSession();
   Check();
+  const bool has_answer =
+      result.ending == Ending::kOpened || result.ending == Ending::kNotSupported;
+  if (has_answer && !ToldItsType()) {
+    throw CommandFault(ExitStatus::kNoUnit,
+                       "the unit does not tell its type for all else that it sends; try again");
+  }
   switch (result.ending) {
     case Ending::kOpened:
       break;
@@ -113,13 +119,16 @@ OpenResult UnitAccess::OpenSession() {
     session_.Close();
     lets_settle_ = attempt > 0;
     result = session_.Open(choice_.baud, choice_.IsDevice() ? kAnyNumber : choice_.port);
-    const bool is_found =
-        result.ending == Ending::kOpened && Link().LastReply().Address == address::kProductType;
+    const bool is_found = result.ending == Ending::kOpened && ToldItsType();
     const bool is_final =
         result.ending == Ending::kPortFailed || result.ending == Ending::kNoAnswer;
     if (is_found || is_final) break;
   }
   return result;
+}
+
+bool UnitAccess::ToldItsType() {
+  return Link().LastReply().Address == address::kProductType;
 }
 
 void UnitAccess::PortOpened() {

@@ -76,6 +76,15 @@ TEST_F(UnitAccessTest, WhatIsSaidUnaskedIsNoAnswer) {
   EXPECT_EQ(access.Read(160), 50);
 }
 
+TEST_F(UnitAccessTest, NorIsItTheProductType) {
+  filter = [this](std::string_view, const std::string&) {
+    return unit.ChangeAtFrontPanel(159, 16, 22);
+  };
+  const auto [status, text] = Ending([this] { access.Open(); });
+  EXPECT_EQ(status, ExitStatus::kNoUnit);
+  EXPECT_EQ(text, "the unit does not tell its type for all else that it sends; try again");
+}
+
 TEST_F(UnitAccessTest, AnswersThatCannotBeReadEndTheCommand) {
   access.Open();
   filter = [](std::string_view, const std::string&) { return std::string("F44\r"); };
