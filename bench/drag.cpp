@@ -54,6 +54,19 @@ int MillisecondsOfDay() {
   return QTime::currentTime().msecsSinceStartOfDay();
 }
 
+/// Time of day, in milliseconds, of the last request that has the text in it, as the unit has noted
+/// it; nothing where there is none among what it has printed and nobody has read.
+std::optional<int> TimeOfLastRequest(QProcess& unit, const QByteArray& text) {
+  constexpr qsizetype kTimeOfDay = 12;  // "HH:MM:SS.mmm"
+  QByteArray output = unit.readAll();
+  while (unit.waitForReadyRead(100)) output += unit.readAll();
+  const qsizetype found = output.lastIndexOf(text);
+  if (found < 0) return std::nullopt;
+  const qsizetype start = output.lastIndexOf('\n', found) + 1;
+  const QString time = QString::fromLatin1(output.mid(start, kTimeOfDay));
+  return QTime::fromString(time, QStringLiteral("HH:mm:ss.zzz")).msecsSinceStartOfDay();
+}
+
 }  // namespace
 
 void MeasureDrag() {
@@ -93,7 +106,7 @@ void MeasureDrag() {
   }
   const std::string last = HexToWire(BuildRequest({false, 16, slider.value(), kZoom}));
   const std::optional<int> arrival =
-      unit.LastRequest(QByteArray::fromStdString(last.substr(0, last.size() - 1)));
+      TimeOfLastRequest(unit.Process(), QByteArray::fromStdString(last.substr(0, last.size() - 1)));
   if (!arrival) throw std::runtime_error("the unit has not got the last value");
   // The unit notes whole milliseconds, those begun.
   PrintAtMost("drag, 500 moves in 2 s: last move to the unit, in round trips of the line",

@@ -95,6 +95,12 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
     }
   }
 
+  /// A reply of the first source, or of the one that is named.
+  void Told(int address, int value, const std::string& source) {
+    std::string reply = WriteOf(address, value, source.empty() ? 16 : std::stoi(source));
+    panel->UnitSession().Link().ParseReply(reply.replace(1, 2, "44"));
+  }
+
   void Keys(QWidget& control, const QString& keys) {
     Focus(control);
     for (const QString& key : keys.split(' ')) {
@@ -223,14 +229,15 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
     const QWidget& field = *Form().txt_commandval;
     put("tinted", QVariant(field.testAttribute(Qt::WA_SetPalette)).toString());
     ValueStore& values = panel->UnitSession().Unit().values;
-    const auto put_recorded = [&put](int address, const std::string& of, int value) {
-      if (value != 0) put("recorded " + std::to_string(address) + of, QString::number(value));
+    const auto put_recorded = [&put](int address, int value, int source = -1) {
+      if (value == 0) return;
+      const std::string of = source < 0 ? "" : " of " + std::to_string(source);
+      put("recorded " + std::to_string(address) + of, QString::number(value));
     };
-    for (int i = 0; i < kCatalogueSize; ++i)
-      put_recorded(kFirstAddress + i, "", values.ParamValue(i));
+    for (int i = 0; i < kCatalogueSize; ++i) put_recorded(kFirstAddress + i, values.ParamValue(i));
     for (const PerSourceRow& row : kPerSource) {
-      for (const int i : {0, 1, 2, 3}) {
-        put_recorded(row.address, " of " + std::to_string(i), values.SourceValue(row.slot, i));
+      for (const int i : {0, 1, 2, 3, 4, 5, 6, 7, 8}) {
+        put_recorded(row.address, values.SourceValue(row.slot, i), i);
       }
     }
     put("open", QVariant(port.open).toString());
@@ -279,7 +286,7 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
       {"click", [this](Words& w) { QTest::mouseClick(Control(w), Qt::LeftButton); }},
       {"close", [this](Words&) { Window().close(); }},
       {"commit", [this](Words& w) { QWidget& control = *Control(w); Commit(control, Rest(w)); }},
-      {"fault", [this](Words& w) { unit->Faults().Clear(); EXPECT_FALSE(unit->Faults().Add(Rest(w).toStdString())); }},
+      {"fault", [this](Words& w) { unit->Faults().Clear(); for (const QString& fault : Rest(w).split(' ')) EXPECT_FALSE(unit->Faults().Add(fault.toStdString())); }},
       {"file", [this](Words& w) { dialogs.name = Word(w); }},
       {"focus", [this](Words& w) { Focus(*Control(w)); }},
       {"hang-up", [this](Words&) { port.HangUp(); }},
@@ -297,7 +304,8 @@ class Courses : public PanelFixture, public ::testing::WithParamInterface<std::f
       {"start", [this](Words&) { StartAnew(); }},
       {"tab", [](Words&) { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); }},
       {"tick", [this](Words& w) { log << (Tick(Word(w).c_str()) ? "" : "  does not run\n"); }},
-      {"told", [this](Words& w) { const int address = Number(w); panel->UnitSession().Link().ParseReply(WriteOf(address, Number(w)).replace(1, 2, "44")); }},
+      {"text", [](Words& w) { const std::string file = Word(w); WriteText(file, Rest(w).replace("\\r", "\r").replace("\\n", "\n").toStdString()); }},
+      {"told", [this](Words& w) { const int address = Number(w), value = Number(w); Told(address, value, Word(w)); }},
       {"type", [this](Words& w) { QWidget& field = *Control(w); Keys(field, "Ctrl+A"); QTest::keyClicks(&field, Rest(w).replace("\\r", "\r")); }},
       {"unit", [this](Words& w) { Connect(w); }},
       {"wait", [this](Words& w) { clock.ServeEvents(milliseconds(Number(w))); }},

@@ -162,14 +162,12 @@ class FakeProgress : public Progress {
 class FakeDisplay : public ReplyDisplay, public RefreshTimer {
  public:
   std::vector<std::string> log;
-  std::optional<std::int16_t> faulty;  ///< address whose control cannot take a value
 
   void ShowAspectAdjust(bool advanced) override {
     log.emplace_back(advanced ? "aspect 1" : "aspect 0");
   }
   void ShowLockMode(std::int32_t value) override { log.push_back("lock " + std::to_string(value)); }
   void ShowValue(std::int16_t address, std::int32_t value) override {
-    if (faulty == address) throw Fault("the control has no value");
     log.push_back("value " + std::to_string(address) + " " + std::to_string(value));
   }
   void Enable() override { log.emplace_back("refresh on"); }

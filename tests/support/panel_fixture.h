@@ -118,12 +118,12 @@ class PanelFixture : public WindowFixture {
     (void)Written();
   }
 
-  /// The request that writes a value to source 0x10, as it goes to the unit.
-  [[nodiscard]] static std::string WriteOf(int address, int value) {
+  /// The request that writes a value, as it goes to the unit.
+  [[nodiscard]] static std::string WriteOf(int address, int value, int source = 16) {
     constexpr int kFirst24Bits = 0xFFFFFF;
     char body[32];
-    std::snprintf(body, sizeof body, "0410410%03X%06X", static_cast<unsigned>(address),
-                  static_cast<unsigned>(value & kFirst24Bits));
+    std::snprintf(body, sizeof body, "04%02X410%03X%06X", static_cast<unsigned>(source),
+                  static_cast<unsigned>(address), static_cast<unsigned>(value & kFirst24Bits));
     return EchoUnit::Framed(body);
   }
 

@@ -3,8 +3,6 @@
 #include <QByteArray>
 #include <QProcess>
 #include <QStringList>
-#include <QTime>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -74,19 +72,6 @@ class UnitProcess {
     output_.remove(0, seen_);
     seen_ = 0;
     return requests;
-  }
-
-  /// Time of day, in milliseconds, of the last request that has the text in it, as the unit has
-  /// noted it; nothing where there is none. What the unit has printed so far is looked through.
-  [[nodiscard]] std::optional<int> LastRequest(const QByteArray& text) {
-    constexpr qsizetype kTimeOfDay = 12;  // "HH:MM:SS.mmm"
-    while (process_.waitForReadyRead(100)) output_ += process_.readAll();
-    output_ += process_.readAll();
-    const qsizetype found = output_.lastIndexOf(text);
-    if (found < 0) return std::nullopt;
-    const qsizetype start = output_.lastIndexOf('\n', found) + 1;
-    const QString time = QString::fromLatin1(output_.mid(start, kTimeOfDay));
-    return QTime::fromString(time, QStringLiteral("HH:mm:ss.zzz")).msecsSinceStartOfDay();
   }
 
  private:
