@@ -100,52 +100,18 @@ TEST_F(FormTest, AViewThatTheScreenHasNoRoomForScrollsAndFollowsTheFocus) {
   QApplication::setFont(usual);
 }
 
+constexpr const char* kProperties =
+    "text title windowTitle Tag TAG2 accessibleName accessibleDescription toolTip "
+    "focusPolicy enabled visible checkable checked Min max Value Initial ShowValueTip "
+    "valueXmin valueXmax valueYmin valueYmax TextX RepeatInterval interval timerType "
+    "inputMethodHints textFormat alignment wordWrap maxVisibleItems "
+    "minimumContentsLength sizeAdjustPolicy autoDefault autoFillBackground "
+    "uniformItemSizes lineWidth default separator frameShape count currentText modal";
+
 /// What an object is like; what is 0, false or empty is left out.
 std::string Description(QObject& object) {
   QString text = object.objectName();
-  for (const char* name : {"text",
-                           "title",
-                           "windowTitle",
-                           "Tag",
-                           "TAG2",
-                           "accessibleName",
-                           "accessibleDescription",
-                           "toolTip",
-                           "focusPolicy",
-                           "enabled",
-                           "visible",
-                           "checkable",
-                           "checked",
-                           "Min",
-                           "max",
-                           "Value",
-                           "Initial",
-                           "ShowValueTip",
-                           "valueXmin",
-                           "valueXmax",
-                           "valueYmin",
-                           "valueYmax",
-                           "TextX",
-                           "RepeatInterval",
-                           "interval",
-                           "timerType",
-                           "inputMethodHints",
-                           "textFormat",
-                           "alignment",
-                           "wordWrap",
-                           "maxVisibleItems",
-                           "minimumContentsLength",
-                           "sizeAdjustPolicy",
-                           "autoDefault",
-                           "autoFillBackground",
-                           "uniformItemSizes",
-                           "lineWidth",
-                           "default",
-                           "separator",
-                           "frameShape",
-                           "count",
-                           "currentText",
-                           "modal"}) {
+  for (const QByteArray& name : QByteArray(kProperties).split(' ')) {
     const QVariant value = object.property(name);
     bool is_number = false;
     const int number = value.toInt(&is_number);  // of texts that name the same on every system

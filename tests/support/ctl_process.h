@@ -1,11 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QProcess>
-#include <QTimer>
+#include <QTest>
 #include <stdexcept>
 #include <string>
 
@@ -43,14 +41,16 @@ class CtlProcess {
 
   /// Waits for a text among the results, or among what is none.
   [[nodiscard]] bool Says(const QByteArray& text) {
-    return Becomes([&] {
+    const auto said = [&] {
       Take();
       return out_.contains(text) || err_.contains(text);
-    });
+    };
+    return QTest::qWaitFor(said, kPatience);
   }
 
   [[nodiscard]] CtlEnd End() {
-    const bool ended = Becomes([this] { return process_.state() == QProcess::NotRunning; });
+    const bool ended =
+        QTest::qWaitFor([this] { return process_.state() == QProcess::NotRunning; }, kPatience);
     Take();
     const bool exited = ended && process_.exitStatus() == QProcess::NormalExit;
     return {exited ? process_.exitCode() : -1, out_.toStdString(), err_.toStdString()};
@@ -58,18 +58,6 @@ class CtlProcess {
 
  private:
   static constexpr int kPatience = 20'000;  // milliseconds
-
-  template <typename Condition>
-  [[nodiscard]] static bool Becomes(Condition condition) {
-    QDeadlineTimer deadline(kPatience);
-    QTimer alarm;
-    alarm.start(kPatience);
-    while (!condition()) {
-      if (deadline.hasExpired()) return false;
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    return true;
-  }
 
   void Take() {
     out_ += process_.readAllStandardOutput();
