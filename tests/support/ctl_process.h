@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
+#include <csignal>
 #include <stdexcept>
 #include <string>
 
@@ -27,6 +28,9 @@ class CtlProcess {
     const QString folder = QFileInfo(QStringLiteral(KALDE2_CTL)).path();
     environment.insert("PATH", folder + ':' + environment.value("PATH"));
     process_.setProcessEnvironment(environment);
+    process_.setChildProcessModifier([] {  // a test in the background is started with some ignored
+      for (const int number : {SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
+    });
     process_.start("bash", {"-o", "pipefail", "-c", line});
     if (!process_.waitForStarted(kPatience)) throw std::runtime_error("bash does not start");
   }
