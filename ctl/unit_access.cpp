@@ -88,7 +88,7 @@ void UnitAccess::Open() {
   Check();
   const bool has_answer =
       result.ending == Ending::kOpened || result.ending == Ending::kNotSupported;
-  if (has_answer && !ToldItsType()) {
+  if (has_answer && !result.is_certain) {
     throw CommandFault(ExitStatus::kNoUnit,
                        "the unit does not tell its type for all else that it sends; try again");
   }
@@ -119,16 +119,12 @@ OpenResult UnitAccess::OpenSession() {
     session_.Close();
     lets_settle_ = attempt > 0;
     result = session_.Open(choice_.baud, choice_.IsDevice() ? kAnyNumber : choice_.port);
-    const bool is_found = result.ending == Ending::kOpened && ToldItsType();
+    const bool is_found = result.ending == Ending::kOpened && result.is_certain;
     const bool is_final =
         result.ending == Ending::kPortFailed || result.ending == Ending::kNoAnswer;
     if (is_found || is_final) break;
   }
   return result;
-}
-
-bool UnitAccess::ToldItsType() {
-  return Link().LastReply().Address == address::kProductType;
 }
 
 void UnitAccess::PortOpened() {
@@ -156,7 +152,8 @@ void UnitAccess::LoadInputsAsPanel(Progress& progress) {
 Answer UnitAccess::Exchange(const ParameterRequest& request) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     const Answer answer = Link().Exchange(request);
-    const bool is_answer = answer.record.Valid && answer.record.Address == request.address;
+    const bool is_answer =
+        answer.record.Valid && answer.record.Address == request.address && answer.is_alone;
     if (!request.is_read || answer.outcome != Outcome::kAnswered || is_answer) return answer;
   }
   End(ExitStatus::kNoUnit,

@@ -113,8 +113,6 @@ class UnitAccess final : public Exchanger, private SessionEvents, private LinkOb
   void RequestEnded(bool answered) override;
 
   [[nodiscard]] OpenResult OpenSession();
-  /// Whether the last reply was to the question for it, not what the unit said unasked just then.
-  [[nodiscard]] bool ToldItsType();
 
   Clock& clock_;
   PortChoice choice_;

@@ -32,8 +32,8 @@ Answer CommandLink::Exchange(const ParameterRequest& request) {
   comms_busy_ = true;
   if (!PortOpen()) return {Outcome::kClosed, {}};
   Outcome outcome = Outcome::kNotBuildable;  // and answered with the previous reply
+  std::string reply;
   try {
-    std::string reply;
     if (!SendAndReceive(BuildRequest(request), kReplyEnd, reply, kReplyTimeout, true)) {
       return {PortOpen() ? Outcome::kSilent : Outcome::kClosed, {}};
     }
@@ -47,7 +47,7 @@ Answer CommandLink::Exchange(const ParameterRequest& request) {
     // The flag falls all the same.
   }
   comms_busy_ = false;
-  return {outcome, last_reply_};
+  return {outcome, last_reply_, std::ranges::count(reply, kReplyEnd.front()) <= 1};
 }
 
 ReplyRecord CommandLink::SendParameter(std::int32_t is_read, std::int16_t source,

@@ -36,7 +36,8 @@ enum class Outcome : std::uint8_t {
 /// What `CommandLink::Exchange` brings.
 struct Answer {
   Outcome outcome;
-  ReplyRecord record;  ///< as `CommandLink::SendParameter` returns it
+  ReplyRecord record;    ///< as `CommandLink::SendParameter` returns it
+  bool is_alone = true;  ///< no other frame came with it, whose fields it may have taken
 };
 
 /// Who brings a request to the unit and its answer back: the link, or who stands before it.

@@ -37,16 +37,17 @@ OpenResult Session::Open(std::string_view baud, std::string_view port) {
   const Answer answer = link_.Exchange({.is_read = true, .address = address::kProductType});
   if (answer.outcome == Outcome::kClosed) return {Ending::kClosedMeanwhile, {}};
   const bool answered = answer.record.Valid;
+  const bool is_certain = answer.is_alone && answer.record.Address == address::kProductType;
   const Product* const product = answered ? FindSupportedProduct(answer.record.Value) : nullptr;
   if (product == nullptr) {
     Shut();
-    return {answered ? Ending::kNotSupported : Ending::kNoAnswer, {}};
+    return {answered ? Ending::kNotSupported : Ending::kNoAnswer, {}, is_certain};
   }
   unit_connected_ = true;
   product_type_ = product->type;
   events_.UnitFound(*product);
   status_.UnitFound();
-  return {Ending::kOpened, {}};
+  return {Ending::kOpened, {}, is_certain};
 }
 
 /// @return nothing on success, else what went wrong

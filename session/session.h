@@ -43,6 +43,8 @@ struct OpenResult {
   };
   Ending ending;
   std::string text;
+  bool is_certain =
+      true;  ///< the type is what the unit answered, not what it said unasked just then
 };
 
 /// One session with a unit at a time: opening, detection, closing and loss of the port, what

@@ -69,20 +69,25 @@ TEST_F(UnitAccessTest, AUnitThatFallsSilentEndsTheReadingOfItsInputsSoon) {
 
 TEST_F(UnitAccessTest, WhatIsSaidUnaskedIsNoAnswer) {
   access.Open();
-  filter = [this](std::string_view, const std::string& answer) {
-    filter = {};
-    return unit.ChangeAtFrontPanel(159, 16, 12) + answer;
-  };
-  EXPECT_EQ(access.Read(160), 50);
+  for (const bool is_ahead : {true, false}) {
+    filter = [this, is_ahead](std::string_view, const std::string& answer) {
+      filter = {};
+      const std::string unasked = unit.ChangeAtFrontPanel(159, 16, 12);
+      return is_ahead ? unasked + answer : answer + unasked;
+    };
+    EXPECT_EQ(access.Read(160), 50);
+  }
 }
 
 TEST_F(UnitAccessTest, NorIsItTheProductType) {
-  filter = [this](std::string_view, const std::string&) {
-    return unit.ChangeAtFrontPanel(159, 16, 22);
-  };
-  const auto [status, text] = Ending([this] { access.Open(); });
-  EXPECT_EQ(status, ExitStatus::kNoUnit);
-  EXPECT_EQ(text, "the unit does not tell its type for all else that it sends; try again");
+  for (const bool is_first : {true, false}) {
+    filter = [this, is_first](std::string_view, const std::string& answer) {
+      return (is_first ? "" : answer) + unit.ChangeAtFrontPanel(159, 16, 22);
+    };
+    const auto [status, text] = Ending([this] { access.Open(); });
+    EXPECT_EQ(status, ExitStatus::kNoUnit);
+    EXPECT_EQ(text, "the unit does not tell its type for all else that it sends; try again");
+  }
 }
 
 TEST_F(UnitAccessTest, AnswersThatCannotBeReadEndTheCommand) {
