@@ -60,7 +60,6 @@ SignalPipe::~SignalPipe() {
     if (HandlerOf(signal) == OnEndSignal) SetHandler(signal, SIG_DFL);
   }
   close(write_end);
-  write_end = -1;
   close(read_end_);
 }
 

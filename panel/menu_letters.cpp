@@ -12,13 +12,10 @@ bool HasLetter(const QString& caption, const QKeySequence& letter) {
   return !letter.isEmpty() && QKeySequence::mnemonic(caption) == letter;
 }
 
+/// Opens a menu of the bar with its first item chosen.
 void Open(QMenuBar& bar, QAction* item) {
-  if (QMenu* const menu = item->menu()) {
-    bar.setActiveAction(item);
-    menu->setActiveAction(menu->actions().value(0));
-  } else {
-    item->trigger();
-  }
+  bar.setActiveAction(item);
+  if (QMenu* const menu = item->menu()) menu->setActiveAction(menu->actions().value(0));
 }
 
 }  // namespace

@@ -184,6 +184,7 @@ TEST(LooksTest, APadHasArrowsToBeHitAndNothingCoversItsNumbers) {
       EXPECT_TRUE(pad.rect().contains(part->geometry()));
       if (const auto* const label = qobject_cast<const QLabel*>(part)) {
         EXPECT_GE(label->width(), label->sizeHint().width()) << label->text().toStdString();
+        EXPECT_GE(label->height(), label->fontMetrics().height());
       } else {
         EXPECT_GE(std::min(part->width(), part->height()), 20);
       }

@@ -100,6 +100,7 @@ TEST(ReplayPort, AnswersWhatATracingPortHasSeenAndRefusesTheRest) {
 
   ReplayPort replay{RecordedReplies(events),
                     [&](std::string_view request) { unknown.emplace_back(request); }};
+  EXPECT_FALSE(replay.PortOpen());
   EXPECT_EQ(ask(replay, kSlotQuery), kPacket);
   EXPECT_EQ(ask(replay, kReadFrame), kReply);
   EXPECT_EQ(ask(replay, kWriteFrame), "F0000\r");
