@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QImage>
+#include <QProgressBar>
 #include <QStyleFactory>
 #include <QTimer>
 #include <chrono>
@@ -138,7 +139,14 @@ int main(int argc, char* argv[]) {
   window.show();
   take(window, QStringLiteral("closed"));
 
-  QTimer::singleShot(1s, &window, [&] { take(window.Progress(), QStringLiteral("progress")); });
+  QTimer reading;
+  reading.callOnTimeout([&] {
+    const auto* const bar = window.Progress().findChild<QProgressBar*>();
+    if (bar->value() < bar->maximum()) return;
+    reading.stop();  // what has been read stands for two seconds
+    take(window.Progress(), QStringLiteral("progress"));
+  });
+  reading.start(100ms);
   form.Cmd_openclose->click();
   form.mnu_clone_read->trigger();
   Serve(1500ms);
