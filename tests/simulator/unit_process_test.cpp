@@ -17,14 +17,9 @@ constexpr int kPatience = 5000;
 const QByteArray kTypeQuery = "F84104100C499\r";
 const QByteArray kType = "FC4104100C4000023FC\r";
 
-/// The link of port 1.
-QString Link() {
-  return qEnvironmentVariable("XDG_CONFIG_HOME") + "/KALDE2/ports/1";
-}
-
 /// What comes for a request, which is of the product type unless told otherwise, at a rate.
 QByteArray Ask(qint32 baud = QSerialPort::Baud57600, const QByteArray& request = kTypeQuery) {
-  QSerialPort line(QFile::symLinkTarget(Link()));
+  QSerialPort line(QFile::symLinkTarget(UnitProcess::Link()));
   line.setBaudRate(baud);
   EXPECT_TRUE(line.open(QIODevice::ReadWrite)) << line.errorString().toStdString();
   line.write(request);
@@ -55,13 +50,13 @@ TEST(UnitProgram, LivesOnWithoutAFrontPanelAndRemovesItsLinkOnEverySignal) {
     ASSERT_GT(unit.Process().processId(), 0);  // kill() takes 0 for the tests themselves
     kill(static_cast<pid_t>(unit.Process().processId()), signal);
     EXPECT_EQ(ExitCode(unit.Process()), 0);
-    EXPECT_FALSE(QFileInfo(Link()).isSymLink());
+    EXPECT_FALSE(QFileInfo(UnitProcess::Link()).isSymLink());
   }
 }
 
 TEST(UnitProgram, SaysWhatWouldHaveBeenRightAndNeverOverwritesALink) {
-  QDir().mkpath(QFileInfo(Link()).path());
-  QFile::link("/dev/pts/99999", Link());
+  QDir().mkpath(QFileInfo(UnitProcess::Link()).path());
+  QFile::link("/dev/pts/99999", UnitProcess::Link());
   const std::pair<QStringList, QByteArray> cases[] = {
       {{"--prot", "2"}, "The options are --port NUMBER, --type NUMBER"},
       {{"2"}, "\"2\" is no option. The options are --port NUMBER"},
@@ -72,7 +67,7 @@ TEST(UnitProgram, SaysWhatWouldHaveBeenRightAndNeverOverwritesALink) {
       {{"--fault", "refuse=Zoom Tan H"}, "use refuse=ADDRESS"},
       {{},
        "which is gone; for a second unit use --port 2; if no unit uses it, remove it: rm '" +
-           Link().toLocal8Bit() + "'"},
+           UnitProcess::Link().toLocal8Bit() + "'"},
   };
   for (const auto& [options, right] : cases) {
     QProcess unit;
@@ -81,8 +76,8 @@ TEST(UnitProgram, SaysWhatWouldHaveBeenRightAndNeverOverwritesALink) {
     EXPECT_EQ(ExitCode(unit), 1);
     EXPECT_TRUE(unit.readAll().contains(right)) << right.toStdString();
   }
-  EXPECT_EQ(QFile::symLinkTarget(Link()), "/dev/pts/99999");
-  QFile::remove(Link());
+  EXPECT_EQ(QFile::symLinkTarget(UnitProcess::Link()), "/dev/pts/99999");
+  QFile::remove(UnitProcess::Link());
 }
 
 TEST(UnitProgram, AnswersAsARecordedOneAndRefusesWhatWasNeverAsked) {

@@ -28,6 +28,11 @@ class UnitProcess {
   UnitProcess(const UnitProcess&) = delete;
   UnitProcess& operator=(const UnitProcess&) = delete;
 
+  /// The link of port 1, which is there while its line is.
+  [[nodiscard]] static QString Link() {
+    return qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/KALDE2/ports/1");
+  }
+
   /// The device that the panel opens.
   [[nodiscard]] const std::string& Device() const { return device_; }
 
