@@ -155,6 +155,7 @@ TEST_F(EndToEnd, WhatCameInASleepIsNoReply) {
   CommandLink& link = panel->window.UnitSession().Link();
   for (int round = 0; round < 3; ++round) {
     unit->Command("set 159 " + QByteArray::number(42 + round));
+    EXPECT_EQ(unit->Value(159), 42 + round);  // it has been sent
     panel->clock.Sleep(200ms);
     for (int read = 0; read < 2; ++read) {
       const ReplyRecord reply = link.SendParameter(kRead, kFirstSourceCode, 0, kAutoset);
